@@ -1,0 +1,62 @@
+#include "base/Constants.h"
+#include "base/Settings.h"
+
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class SettingsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_folder.isValid());
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
+        QCoreApplication::setOrganizationName(QLatin1String(velantor::organizationName));
+        QCoreApplication::setApplicationName(QLatin1String(velantor::applicationName));
+    }
+
+    void init() { QSettings().clear(); }
+
+    void absentKeysReadAsTheirDefaults()
+    {
+        QCOMPARE(settings::acqMode.value(), QString());
+        QCOMPARE(settings::signalGain.value(), 0);
+        QCOMPARE(settings::signalGain.valueOr(settings::configSignalGain), 450);
+        QCOMPARE(settings::lowBatteryLevel.value(), 0.0);
+        QCOMPARE(settings::lowBatteryLevel.valueOr(settings::configLowBatteryLevel), 2.6);
+        QCOMPARE(settings::ecgGraphicRhythmLead.value(), QStringLiteral("II"));
+        QCOMPARE(settings::printStressGraphics.value(), true);
+        QCOMPARE(settings::autoExportStudies.value(), false);
+        QCOMPARE(settings::ecgReviewDisplay.showAverageBeat.value(), true);
+        QCOMPARE(settings::ecgReviewDisplay.hexaxialOrder.value(), false);
+        QCOMPARE(settings::recentStudyList.value(), QStringList());
+    }
+
+    void aWrittenValueStandsUnderItsKeyAndIsReadBack()
+    {
+        settings::signalGain.setValue(300);
+        settings::recentStudyList.setValue({QStringLiteral("1||a"), QStringLiteral("2||b")});
+        settings::stressMonitorDisplay.hexaxialOrder.setValue(true);
+
+        QCOMPARE(QSettings().value(QStringLiteral("Config/SignalGain")).toInt(), 300);
+        QCOMPARE(settings::signalGain.valueOr(450), 300);
+        QCOMPARE(settings::recentStudyList.value().size(), 2);
+        QCOMPARE(QSettings().value(QStringLiteral("MonitorWindow/HexaxialOrder")).toBool(), true);
+        QCOMPARE(settings::ecgMonitorDisplay.hexaxialOrder.value(), false);
+    }
+
+    void theStoreIsTheApplicationsOwn()
+    {
+        settings::acqMode.setValue(QStringLiteral("demo"));
+        QVERIFY(QFile::exists(m_folder.filePath(QStringLiteral("Velantor/ECG.conf"))));
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+QTEST_GUILESS_MAIN(SettingsTest)
+#include "SettingsTest.moc"

@@ -1,0 +1,68 @@
+#include "base/Constants.h"
+#include "base/Error.h"
+#include "base/Text.h"
+
+#include <QtTest>
+
+class TextTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textsAreUtf8UnderAnyLocale()
+    {
+        const QString string = QString::fromUtf8("Hipertensión");
+        QCOMPARE(velantor::toText(string), QByteArray("Hipertensi\xc3\xb3n"));
+        QCOMPARE(velantor::fromText("Hipertensi\xc3\xb3n"), string);
+    }
+
+    void numbersAreReadAsTyped_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<double>("number");
+        QTest::newRow("whole") << QByteArray("72") << 72.0;
+        QTest::newRow("fraction") << QByteArray("72.5") << 72.5;
+        QTest::newRow("leading blanks") << QByteArray(" \t72") << 72.0;
+        QTest::newRow("sign") << QByteArray("+72") << 72.0;
+        QTest::newRow("two signs") << QByteArray("+-72") << 0.0;
+        QTest::newRow("negative") << QByteArray("-1.5") << -1.5;
+        QTest::newRow("unit behind") << QByteArray("72 kg") << 72.0;
+        QTest::newRow("decimal comma ends the number") << QByteArray("72,5") << 72.0;
+        QTest::newRow("no number") << QByteArray("kg") << 0.0;
+        QTest::newRow("empty") << QByteArray() << 0.0;
+        QTest::newRow("not a number") << QByteArray("nan") << 0.0;
+        QTest::newRow("infinite") << QByteArray("inf") << 0.0;
+        QTest::newRow("too large") << QByteArray("1e999") << 0.0;
+    }
+
+    void numbersAreReadAsTyped()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(double, number);
+        QCOMPARE(velantor::numberFromText(text), number);
+    }
+
+    void anErrorCarriesItsText()
+    {
+        const TError error(QString::fromUtf8("Señal"));
+        QCOMPARE(error.text(), QString::fromUtf8("Señal"));
+        QCOMPARE(TError("Write error").text(), QStringLiteral("Write error"));
+    }
+
+    void marksAndExtensionsAreThoseOfOurFiles()
+    {
+        QCOMPARE(velantor::studyMagic, "VTSTUDY2");
+        QCOMPARE(velantor::studyMagicOld, "VTSTUDY1");
+        QCOMPARE(velantor::ecgMagic, "VTECG1");
+        QCOMPARE(velantor::beatsMagic, "VTBEATS1");
+        QCOMPARE(velantor::archiveMagic, "VTZIP1");
+        QCOMPARE(velantor::studyExtension, "vtstudy");
+        QCOMPARE(velantor::ecgExtension, "vtecg");
+        QCOMPARE(velantor::beatsExtension, "vtbeats");
+        QCOMPARE(velantor::archiveExtension, "vtz");
+        QCOMPARE(velantor::applicationVersion, "1.27c");
+    }
+};
+
+QTEST_GUILESS_MAIN(TextTest)
+#include "TextTest.moc"
