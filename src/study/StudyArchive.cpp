@@ -48,7 +48,7 @@ bool moveFile(const QString& from, const QString& to)
 bool syncFile(const QString& path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadWrite) && syncToDisk(file);
+    return file.open(QIODevice::ReadWrite) && velantor::syncToDisk(file);
 }
 
 } // namespace
