@@ -11,8 +11,8 @@ constexpr double restSeconds = 300.0;
 struct TTreadmillStep
 {
     double duration; ///< seconds
-    double speed; ///< km/h
-    double incline; ///< percent
+    double speed;    ///< km/h
+    double incline;  ///< percent
 };
 
 TStressProtocol treadmill(const char* name, const std::vector<TTreadmillStep>& exercise)

@@ -1,7 +1,7 @@
 #include "analysis/signals/TChannel.h"
 #include "base/Text.h"
-#include "study/StudyDocument.h"
 #include "study/Study.h"
+#include "study/StudyDocument.h"
 #include "study/TEcgFile.h"
 
 #include <QJsonArray>
@@ -47,7 +47,8 @@ QJsonValue shortened(const QJsonValue& value, int length)
         return value;
     QJsonObject object = value.toObject();
     for (auto member = object.begin(); member != object.end(); ++member) {
-        if (member.key() != QLatin1String("baseFilename") && !member.key().endsWith(QLatin1String("DateTime")))
+        if (member.key() != QLatin1String("baseFilename") &&
+            !member.key().endsWith(QLatin1String("DateTime")))
             member.value() = shortened(QJsonValue(member.value()), length);
     }
     return object;

@@ -92,7 +92,8 @@ void TJsonCost::add(const char* data, qint64 size)
 bool TJsonCost::isAffordable() const
 {
     // Strings that are not plain ASCII are kept in two bytes a character.
-    return m_textBytes <= maxTextBytes && m_textBytes + 2 * m_stringBytes + bytesPerValue * m_values <= maxParseBytes;
+    return m_textBytes <= maxTextBytes &&
+           m_textBytes + 2 * m_stringBytes + bytesPerValue * m_values <= maxParseBytes;
 }
 
 QJsonObject parseBoundedJson(const QByteArray& text)

@@ -10,12 +10,14 @@
 #include "study/StudyCreation.h"
 #include "study/StudyDocument.h"
 #include "study/StudyFiles.h"
+#include "study/StudyIndex.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <optional>
 #include <random>
 #include <set>
 
@@ -43,8 +45,9 @@ std::optional<StudyInfo> readListedInfo(const QString& folder, const QString& fi
     if (!isStudyId(info.id))
         return std::nullopt;
     // A set that was moved to another name, or that names files elsewhere, is found under the name it has.
-    const bool isWhereItSays = isSafeBaseFilename(info.baseFilename) &&
-                               QFile::exists(studyFilePath(folder, info.baseFilename, velantor::studyExtension));
+    const bool isWhereItSays =
+        isSafeBaseFilename(info.baseFilename) &&
+        QFile::exists(studyFilePath(folder, info.baseFilename, velantor::studyExtension));
     if (!isWhereItSays)
         info.baseFilename = velantor::toText(QFileInfo(fileName).completeBaseName());
     return info;
@@ -158,16 +161,19 @@ Study* LocalStudyDatabase::openStudy(qint32 id)
     StudyInfo info;
     if (isStudyOpen(id) || !findStudy(id, info))
         return nullptr;
-    std::unique_ptr<Study> study = ::loadStudy(studyFilePath(m_folder, info.baseFilename, velantor::studyExtension));
+    std::unique_ptr<Study> study =
+        ::loadStudy(studyFilePath(m_folder, info.baseFilename, velantor::studyExtension));
     // Another study under this name would be saved into the wrong row.
     if (!study || study->id() != id)
         return nullptr;
     return enterOpenStudy(id, std::move(study), info.baseFilename);
 }
 
-Study* LocalStudyDatabase::enterOpenStudy(qint32 id, std::unique_ptr<Study> study, const QByteArray& baseFilename)
+Study* LocalStudyDatabase::enterOpenStudy(qint32 id, std::unique_ptr<Study> study,
+                                          const QByteArray& baseFilename)
 {
-    return m_openStudies.insert_or_assign(id, TOpenStudy{std::move(study), baseFilename}).first->second.study.get();
+    return m_openStudies.insert_or_assign(id, TOpenStudy{std::move(study), baseFilename})
+        .first->second.study.get();
 }
 
 LocalStudyDatabase::TOpenStudies::iterator LocalStudyDatabase::findOpen(const Study* study)

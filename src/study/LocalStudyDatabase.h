@@ -1,18 +1,19 @@
 #pragma once
 
 #include "study/StudyDatabase.h"
-#include "study/StudyIndex.h"
 #include "study/TProtocolTable.h"
 
 #include <map>
-#include <optional>
 
-/// The store in a folder of this machine: file sets, an SQLite index that can be thrown away, and the table of
-/// protocols. The files are the truth; the index is made again from them when it is missing.
+class StudyIndex;
+
+/// The store in a folder of this machine: file sets, an SQLite index that can be thrown away, and the table
+/// of protocols. The files are the truth; the index is made again from them when it is missing.
 class LocalStudyDatabase : public StudyDatabase
 {
 public:
-    /// Makes the folder, its index and its protocol table where they are missing. Throws the text of what failed.
+    /// Makes the folder, its index and its protocol table where they are missing. Throws the text of what
+    /// failed.
     explicit LocalStudyDatabase(const QString& folder);
     ~LocalStudyDatabase() override;
 

@@ -42,7 +42,8 @@ QJsonObject makeItem(const TResultItem& item)
 {
     switch (item.kind()) {
     case TResultKind::Value:
-        return {{typeKey, QLatin1String("value")}, {valueKey, static_cast<const TResultValue&>(item).value()}};
+        return {{typeKey, QLatin1String("value")},
+                {valueKey, static_cast<const TResultValue&>(item).value()}};
     case TResultKind::ValueArray:
         return {{typeKey, QLatin1String("valueArray")},
                 {valuesKey, makeArray(static_cast<const TResultList&>(item).values())}};

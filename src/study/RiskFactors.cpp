@@ -2,7 +2,8 @@
 
 std::vector<QByteArray> standardRiskFactors()
 {
-    return {"Hipertensión", "Tabaquismo actual", "Ex-tabaquismo", "Sedentarismo",
-            "Obesidad",     "Diabetes",          "Dislipemia",    "Stress",
-            "Angor",        "Infarto agudo de miocardio", "Gota"};
+    return {
+        "Hipertensión", "Tabaquismo actual", "Ex-tabaquismo", "Sedentarismo", "Obesidad",
+        "Diabetes",     "Dislipemia",        "Stress",        "Angor",        "Infarto agudo de miocardio",
+        "Gota"};
 }

@@ -12,9 +12,7 @@ QByteArray patientKey(const TStudyField& field)
 
 } // namespace
 
-Study::Study(qint32 id) : m_id(id)
-{
-}
+Study::Study(qint32 id) : m_id(id) {}
 
 Study::~Study()
 {

@@ -78,8 +78,8 @@ private:
     std::unique_ptr<TStressProtocol> m_protocol;
 };
 
-/// Copies a study's texts, times and risk factors into the flat record. How the samples are taken is not among
-/// them and stays as it is in `info`.
+/// Copies a study's texts, times and risk factors into the flat record. How the samples are taken is not
+/// among them and stays as it is in `info`.
 void infoFromStudy(StudyInfo& info, Study& study);
 /// The same the other way. A record that has no id yet leaves the study its own.
 void studyFromInfo(Study& study, const StudyInfo& info);

@@ -111,8 +111,10 @@ std::vector<StudyInfo> listArchives(const QString& folder)
 }
 
 TArchiveImport::TArchiveImport(const QString& path, const QString& dataFolder)
-    : m_dataFolder(dataFolder), m_staging(dataFolder + QLatin1String("/data/import-XXXXXX")),
-      m_members{{{velantor::studyExtension}, {velantor::ecgExtension}, {velantor::beatsExtension}}}
+    : m_dataFolder(dataFolder),
+      m_staging(dataFolder + QLatin1String("/data/import-XXXXXX")), m_members{{{velantor::studyExtension},
+                                                                               {velantor::ecgExtension},
+                                                                               {velantor::beatsExtension}}}
 {
     if (!readArchiveInfo(path, m_info) || !isSafeBaseFilename(m_info.baseFilename))
         throw TError(invalidArchive);
@@ -176,8 +178,9 @@ void TArchiveImport::checkReplacedStudy() const
 
 void TArchiveImport::leaveUnpackedFiles()
 {
-    const bool isPlaceFree = std::none_of(m_members.begin(), m_members.end(),
-                                          [this](const TMember& member) { return QFile::exists(finalPath(member)); });
+    const bool isPlaceFree = std::none_of(m_members.begin(), m_members.end(), [this](const TMember& member) {
+        return QFile::exists(finalPath(member));
+    });
     if (!isPlaceFree)
         return;
     for (const TMember& member : m_members) {

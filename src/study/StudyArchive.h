@@ -11,20 +11,21 @@
 /// Path of the archive of a study in a folder.
 QString archivePath(const QString& folder, const QByteArray& baseFilename);
 
-/// Writes the archive of the study set `info.baseFilename` of the data folder into `targetFolder`, in the place of
-/// an older one; until it is complete it bears the additional ending "part". Throws the texts of QZipFileCreator.
+/// Writes the archive of the study set `info.baseFilename` of the data folder into `targetFolder`, in the
+/// place of an older one; until it is complete it bears the additional ending "part". Throws the texts of
+/// QZipFileCreator.
 void writeArchive(const QString& dataFolder, const StudyInfo& info, const QString& targetFolder);
 
-/// What the archive tells of its study, without unpacking it. False if it is none of ours; throws the texts of
-/// QZipFileExtractor if it cannot be opened.
+/// What the archive tells of its study, without unpacking it. False if it is none of ours; throws the texts
+/// of QZipFileExtractor if it cannot be opened.
 bool readArchiveInfo(const QString& path, StudyInfo& info);
 
 /// Every archive of ours in a folder; files that cannot be read are left out.
 std::vector<StudyInfo> listArchives(const QString& folder);
 
-/// Takes the study of an archive into a data folder. Archives come from shared folders and are not trusted: the
-/// files are unpacked beside the store, checked, and take their places at the end. A bad archive never touches a
-/// study that is there; what was unpacked from it stays behind only where there was nothing.
+/// Takes the study of an archive into a data folder. Archives come from shared folders and are not trusted:
+/// the files are unpacked beside the store, checked, and take their places at the end. A bad archive never
+/// touches a study that is there; what was unpacked from it stays behind only where there was nothing.
 class TArchiveImport
 {
 public:

@@ -11,9 +11,9 @@
 
 class Study;
 
-/// The store of studies and protocols. An interface, so that another store than the local folder can stand behind
-/// it; what a store does not offer throws "unimplemented". Failures throw TError with a plain text. Main thread
-/// only. The store owns the studies it opens; windows borrow them until `closeStudy`.
+/// The store of studies and protocols. An interface, so that another store than the local folder can stand
+/// behind it; what a store does not offer throws "unimplemented". Failures throw TError with a plain text.
+/// Main thread only. The store owns the studies it opens; windows borrow them until `closeStudy`.
 class StudyDatabase
 {
 public:
@@ -62,12 +62,12 @@ public:
     virtual void deleteReportTemplate(const QByteArray& name);
     virtual QByteArray defaultReportTemplateName();
 
-    /// Writes the archive of a study into a folder, in the place of an older one; without such a study nothing
-    /// happens.
+    /// Writes the archive of a study into a folder, in the place of an older one; without such a study
+    /// nothing happens.
     virtual void exportStudy(qint32 id, const QString& folder) = 0;
     virtual void exportReport(qint32 id, const QString& folder);
-    /// Takes the study of an archive into the store, in the place of an older form of the same study. `imported`
-    /// gets what the list shows of it.
+    /// Takes the study of an archive into the store, in the place of an older form of the same study.
+    /// `imported` gets what the list shows of it.
     virtual void importStudy(const QString& path, StudyInfo* imported = nullptr) = 0;
     /// What an archive tells of its study; false if it is none of ours.
     virtual bool readArchiveInfo(const QString& path, StudyInfo& info) = 0;

@@ -103,7 +103,8 @@ std::unique_ptr<TEchoScoring> readEchoScoring(const QJsonObject& object)
     for (int time = 0; time < 3; ++time) {
         const QJsonArray scores = object.value(QLatin1String(scoreKeys[time])).toArray();
         for (int i = 0; i < std::min(segments.size(), scores.size()); ++i)
-            scoring->setScore(toText(segments.at(i).toString()), static_cast<TEchoTime>(time), scores.at(i).toInt());
+            scoring->setScore(toText(segments.at(i).toString()), static_cast<TEchoTime>(time),
+                              scores.at(i).toInt());
     }
     return scoring;
 }

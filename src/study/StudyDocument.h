@@ -15,8 +15,9 @@ QJsonObject makePatientObject(Study& study);
 /// The whole document of a study file.
 QJsonObject makeStudyDocument(Study& study);
 
-/// The document that identifies a samples file, as compact JSON of at most `maxBytes`. Long texts are shortened,
-/// longest first, until it fits; empty if it cannot be made to fit. The study must have its samples file.
+/// The document that identifies a samples file, as compact JSON of at most `maxBytes`. Long texts are
+/// shortened, longest first, until it fits; empty if it cannot be made to fit. The study must have its
+/// samples file.
 QByteArray makeEcgHeaderDocument(Study& study, int maxBytes);
 
 /// Fills a study from a document whose `study` and `patient` are there. Its files are not touched.

@@ -142,7 +142,8 @@ std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
     if (!header.isSound())
         return nullptr;
     try {
-        auto ecg = std::make_unique<TEcgFile>(path, header.channels.size(), header.samplingRate, ecgHeaderSize, false);
+        auto ecg = std::make_unique<TEcgFile>(path, header.channels.size(), header.samplingRate,
+                                              ecgHeaderSize, false);
         ecg->setResolutionBits(header.resolution);
         ecg->setRange(header.gainMin, header.gainMax);
         for (int i = 0; i < ecg->channelCount(); ++i)

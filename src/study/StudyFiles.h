@@ -38,7 +38,7 @@ std::unique_ptr<TEcgFile> openEcgFile(const QString& path);
 /// Null if the file cannot be opened or has a foreign mark.
 std::unique_ptr<TBeatFile> openBeatFile(TEcgFile& ecg, const QString& path);
 
-/// Mark and document that fill the head of a samples file; throws "Cannot create file" if the channel names alone
-/// are too long for it. The study must have its samples file.
+/// Mark and document that fill the head of a samples file; throws "Cannot create file" if the channel names
+/// alone are too long for it. The study must have its samples file.
 QByteArray makeEcgHeader(Study& study);
 QByteArray makeBeatHeader();

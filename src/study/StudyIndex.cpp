@@ -31,7 +31,8 @@ QSqlQuery prepared(const char* statement)
 
 } // namespace
 
-StudyIndex::StudyIndex(const QString& path) : m_path(path), m_isNew(!QFile::exists(path)), m_unfinished(m_isNew)
+StudyIndex::StudyIndex(const QString& path)
+    : m_path(path), m_isNew(!QFile::exists(path)), m_unfinished(m_isNew)
 {
     const QString driver = QStringLiteral("QSQLITE");
     if (!QSqlDatabase::drivers().contains(driver))
@@ -55,7 +56,8 @@ StudyIndex::~StudyIndex()
 
 void StudyIndex::configure()
 {
-    // The rollback journal, so that users may delete the index file alone; whole transactions survive a power cut.
+    // The rollback journal, so that users may delete the index file alone; whole transactions survive a power
+    // cut.
     QSqlQuery query;
     require(query.exec(QStringLiteral("pragma journal_mode = delete")), query.lastError());
     require(query.exec(QStringLiteral("pragma synchronous = full")), query.lastError());
@@ -64,7 +66,8 @@ void StudyIndex::configure()
 void StudyIndex::createTable()
 {
     QSqlQuery query;
-    require(query.exec(QStringLiteral("create table Study(id integer primary key, data text)")), query.lastError());
+    require(query.exec(QStringLiteral("create table Study(id integer primary key, data text)")),
+            query.lastError());
 }
 
 void StudyIndex::beginTransaction()

@@ -8,13 +8,14 @@
 #include <optional>
 #include <vector>
 
-/// The SQLite index of the studies in a data folder: a cache of what lists show, made from the study files and
-/// thrown away without loss. All SQL of the program stands here. Failures throw TError with the driver's text.
-/// One at a time: it is the process's default connection.
+/// The SQLite index of the studies in a data folder: a cache of what lists show, made from the study files
+/// and thrown away without loss. All SQL of the program stands here. Failures throw TError with the driver's
+/// text. One at a time: it is the process's default connection.
 class StudyIndex
 {
 public:
-    /// Opens the index or makes an empty one. Throws "SQLite driver not available" or the text of the failure.
+    /// Opens the index or makes an empty one. Throws "SQLite driver not available" or the text of the
+    /// failure.
     explicit StudyIndex(const QString& path);
     /// Closes the connection; an index that was made new and never `keep`t is removed again.
     ~StudyIndex();

@@ -64,7 +64,8 @@ std::span<const TStudyField> patientFields()
 QByteArray StudyInfo::*studyInfoMember(const QByteArray& key)
 {
     for (const auto fields : {studyFields(), patientFields()}) {
-        const auto found = std::find_if(fields.begin(), fields.end(), [&](const TStudyField& f) { return key == f.key; });
+        const auto found =
+            std::find_if(fields.begin(), fields.end(), [&](const TStudyField& f) { return key == f.key; });
         if (found != fields.end())
             return found->member;
     }
@@ -74,7 +75,8 @@ QByteArray StudyInfo::*studyInfoMember(const QByteArray& key)
 QByteArray makeBaseFilename(const StudyInfo& info)
 {
     QByteArray name;
-    for (const QByteArray& part : {info.medicalHistoryNumber, info.personIdNumber, info.lastName, info.firstName}) {
+    for (const QByteArray& part :
+         {info.medicalHistoryNumber, info.personIdNumber, info.lastName, info.firstName}) {
         if (!part.isEmpty())
             name += part + '-';
     }

@@ -63,5 +63,6 @@ void TEchoScoring::setScore(const QByteArray& storedName, TEchoTime time, qint32
 
 qint32 TEchoScoring::score(int segment, TEchoTime time) const
 {
-    return isSegment(segment) ? m_scores[static_cast<std::size_t>(time)][static_cast<std::size_t>(segment)] : 0;
+    return isSegment(segment) ? m_scores[static_cast<std::size_t>(time)][static_cast<std::size_t>(segment)]
+                              : 0;
 }

@@ -11,8 +11,8 @@ enum class TEchoTime
     Post = 2
 };
 
-/// Wall motion scores of a stress echocardiogram: one per segment of the left ventricle (16 segment model of the
-/// American Society of Echocardiography) at rest, at peak and after the effort.
+/// Wall motion scores of a stress echocardiogram: one per segment of the left ventricle (16 segment model of
+/// the American Society of Echocardiography) at rest, at peak and after the effort.
 class TEchoScoring
 {
 public:

@@ -16,10 +16,10 @@ class TProtocolStage
 {
 public:
     // Keys of the load, in canonical units.
-    static constexpr char speedKey[] = "speed"; ///< km/h
-    static constexpr char inclineKey[] = "incline"; ///< percent
+    static constexpr char speedKey[] = "speed";       ///< km/h
+    static constexpr char inclineKey[] = "incline";   ///< percent
     static constexpr char workloadKey[] = "workload"; ///< watts
-    static constexpr char doseKey[] = "dose"; ///< without a unit
+    static constexpr char doseKey[] = "dose";         ///< without a unit
 
     TProtocolStage() = default;
     TProtocolStage(TStagePhase phase, double duration) : m_phase(phase), m_duration(duration) {}
@@ -31,11 +31,11 @@ public:
     double duration() const { return m_duration; }
     void setDuration(double duration) { m_duration = duration; }
 
-    /// The load under `key` in `unit`, 0 if there is none. Known units are "mph" for a speed and "kgm/min" for a
-    /// workload, in any case of letters; with any other unit the canonical value is returned.
+    /// The load under `key` in `unit`, 0 if there is none. Known units are "mph" for a speed and "kgm/min"
+    /// for a workload, in any case of letters; with any other unit the canonical value is returned.
     double value(const QByteArray& key, const QByteArray& unit = QByteArray()) const;
-    /// The same the other way. A speed does not survive the way there and back in "mph" exactly: the treadmills
-    /// take 1.6 km for a mile, while displays show the mile of 1.609344 km.
+    /// The same the other way. A speed does not survive the way there and back in "mph" exactly: the
+    /// treadmills take 1.6 km for a mile, while displays show the mile of 1.609344 km.
     void setValue(const QByteArray& key, double value, const QByteArray& unit = QByteArray());
 
     bool operator==(const TProtocolStage&) const = default;

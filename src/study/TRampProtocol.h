@@ -18,10 +18,10 @@ public:
 
     QByteArray name;
     int durationMinutes = 0;
-    double initialSpeed = 0.0; ///< km/h
-    double finalSpeed = 0.0; ///< km/h
+    double initialSpeed = 0.0;   ///< km/h
+    double finalSpeed = 0.0;     ///< km/h
     double initialIncline = 0.0; ///< percent
-    double finalIncline = 0.0; ///< percent
+    double finalIncline = 0.0;   ///< percent
 
 private:
     /// A ramp without duration stands at its final value.

@@ -8,7 +8,9 @@ namespace {
 
 double atOrZero(const std::vector<double>& values, int index)
 {
-    return index >= 0 && static_cast<std::size_t>(index) < values.size() ? values[static_cast<std::size_t>(index)] : 0.0;
+    return index >= 0 && static_cast<std::size_t>(index) < values.size()
+               ? values[static_cast<std::size_t>(index)]
+               : 0.0;
 }
 
 } // namespace

@@ -77,8 +77,8 @@ class TResultTrend : public TResultItem
 public:
     explicit TResultTrend(const QByteArray& name) : TResultItem(name, TResultKind::Trend) {}
 
-    /// A later time goes to the end, an earlier one moves in; of equal times the later call stands later. Pairs
-    /// that are not finite are passed over.
+    /// A later time goes to the end, an earlier one moves in; of equal times the later call stands later.
+    /// Pairs that are not finite are passed over.
     virtual void add(double time, double value);
     /// Replaces all pairs; what is longer is cut, what is not sorted gets sorted.
     void setPoints(std::vector<double> times, std::vector<double> values);

@@ -65,7 +65,8 @@ QJsonObject stageToJson(const TProtocolStage& stage, TProtocolType type)
 TProtocolStage stageFromJson(const QJsonObject& object, TProtocolType type)
 {
     const int duration = std::max(0, object.value(QLatin1String("duration")).toInt());
-    TProtocolStage stage(enumFromWord(phaseWords, object.value(QLatin1String("phase")), TStagePhase::Rest), duration);
+    TProtocolStage stage(enumFromWord(phaseWords, object.value(QLatin1String("phase")), TStagePhase::Rest),
+                         duration);
     for (const char* key : loadKeys(type))
         stage.setValue(key, object.value(QLatin1String(key)).toDouble());
     return stage;
@@ -75,8 +76,9 @@ TProtocolStage stageFromJson(const QJsonObject& object, TProtocolType type)
 
 TStressProtocol TStressProtocol::fromJson(const QJsonObject& object)
 {
-    TStressProtocol protocol(velantor::toText(object.value(QLatin1String("name")).toString()),
-                             enumFromWord(typeWords, object.value(QLatin1String("type")), TProtocolType::Treadmill));
+    TStressProtocol protocol(
+        velantor::toText(object.value(QLatin1String("name")).toString()),
+        enumFromWord(typeWords, object.value(QLatin1String("type")), TProtocolType::Treadmill));
     for (const QJsonValue stage : object.value(QLatin1String("stages")).toArray())
         protocol.m_stages.push_back(stageFromJson(stage.toObject(), protocol.m_type));
     return protocol;

@@ -24,11 +24,11 @@ public:
     TStressProtocol() = default;
     TStressProtocol(const QByteArray& name, TProtocolType type) : m_name(name), m_type(type) {}
 
-    /// Reads what `toJson` writes. Unknown words and missing keys leave the defaults: a treadmill, a stage at rest,
-    /// no load.
+    /// Reads what `toJson` writes. Unknown words and missing keys leave the defaults: a treadmill, a stage at
+    /// rest, no load.
     static TStressProtocol fromJson(const QJsonObject& object);
-    /// The form of the protocol table and of study files. Durations are cut to whole seconds; of the load only
-    /// the keys of the protocol's type are written, in canonical units.
+    /// The form of the protocol table and of study files. Durations are cut to whole seconds; of the load
+    /// only the keys of the protocol's type are written, in canonical units.
     QJsonObject toJson() const;
 
     /// The fixed protocol of the tilt test, which is not in the table.
@@ -57,8 +57,8 @@ public:
     /// An index out of range removes nothing.
     void removeStage(int index);
 
-    /// The stage in force `seconds` after the start; a time on a boundary belongs to the later stage. -1 before
-    /// the start, past the end and without stages.
+    /// The stage in force `seconds` after the start; a time on a boundary belongs to the later stage. -1
+    /// before the start, past the end and without stages.
     int stageAt(double seconds) const;
 
     bool operator==(const TStressProtocol& other) const

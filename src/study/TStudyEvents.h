@@ -8,7 +8,7 @@
 /// Something that was noted during a recording.
 struct TStudyEvent
 {
-    qint32 index = 0; ///< its place when it was added
+    qint32 index = 0;      ///< its place when it was added
     double position = 0.0; ///< seconds from the start of the recording
     double duration = 0.0; ///< seconds
     QByteArray description;
@@ -17,8 +17,8 @@ struct TStudyEvent
     void setDescription(const QByteArray& text) { description = text; }
 };
 
-/// The events of a study in the order in which they were added. Events stay where they are in memory until they
-/// are removed.
+/// The events of a study in the order in which they were added. Events stay where they are in memory until
+/// they are removed.
 class TStudyEvents
 {
 public:

@@ -12,10 +12,25 @@ struct TValueEntry
 };
 
 constexpr TValueEntry valueTable[] = {
-    {"maxBPM", 0.0},     {"maxSysBP", 0.0},           {"maxDiaBP", 0.0},       {"maxMETS", 0.0}, {"maxDP", 0.0},
-    {"maxVO2", 0.0},     {"measurementChannel", -1.0}, {"POnset", 0.0},         {"PPeak", 0.0},   {"POffset", 0.0},
-    {"QRSOnset", 0.0},   {"QRSOffset", 0.0},          {"TOnset", 0.0},         {"TPeak", 0.0},   {"TOffset", 0.0},
-    {"PAmp", 0.0},       {"QRSAmp", 0.0},             {"TAmp", 0.0},           {"avgRRInterval", 0.0},
+    {"maxBPM", 0.0},
+    {"maxSysBP", 0.0},
+    {"maxDiaBP", 0.0},
+    {"maxMETS", 0.0},
+    {"maxDP", 0.0},
+    {"maxVO2", 0.0},
+    {"measurementChannel", -1.0},
+    {"POnset", 0.0},
+    {"PPeak", 0.0},
+    {"POffset", 0.0},
+    {"QRSOnset", 0.0},
+    {"QRSOffset", 0.0},
+    {"TOnset", 0.0},
+    {"TPeak", 0.0},
+    {"TOffset", 0.0},
+    {"PAmp", 0.0},
+    {"QRSAmp", 0.0},
+    {"TAmp", 0.0},
+    {"avgRRInterval", 0.0},
     {"QRSAxis", -999.0},
 };
 

@@ -5,8 +5,8 @@
 #include <map>
 #include <memory>
 
-/// The named results of a study. The set of names is fixed: every entry exists from the start, readers of files
-/// fill those that they find. Millivolts, millivolts per second, mmHg and seconds.
+/// The named results of a study. The set of names is fixed: every entry exists from the start, readers of
+/// files fill those that they find. Millivolts, millivolts per second, mmHg and seconds.
 class TStudyResults
 {
 public:
