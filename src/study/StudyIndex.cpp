@@ -10,22 +10,29 @@
 
 namespace {
 
-void require(bool done, const QSqlError& error)
+/// `source` is a database or a query, asked for its error only after the call that may have failed.
+template <typename Source> void require(bool done, const Source& source)
 {
     if (!done)
-        throw TError(error.text());
+        throw TError(source.lastError().text());
 }
 
-void bindAndRun(QSqlQuery& query)
+void run(QSqlQuery& query)
 {
-    require(query.exec(), query.lastError());
+    require(query.exec(), query);
+}
+
+void run(const char* statement)
+{
+    QSqlQuery query;
+    require(query.exec(QLatin1String(statement)), query);
 }
 
 QSqlQuery prepared(const char* statement)
 {
     QSqlQuery query;
     query.setForwardOnly(true);
-    require(query.prepare(QLatin1String(statement)), query.lastError());
+    require(query.prepare(QLatin1String(statement)), query);
     return query;
 }
 
@@ -34,18 +41,35 @@ QSqlQuery prepared(const char* statement)
 StudyIndex::StudyIndex(const QString& path)
     : m_path(path), m_isNew(!QFile::exists(path)), m_unfinished(m_isNew)
 {
-    const QString driver = QStringLiteral("QSQLITE");
-    if (!QSqlDatabase::drivers().contains(driver))
+    if (!QSqlDatabase::drivers().contains(QStringLiteral("QSQLITE")))
         throw TError("SQLite driver not available");
-    m_database = QSqlDatabase::addDatabase(driver);
-    m_database.setDatabaseName(path);
-    require(m_database.open(), m_database.lastError());
-    configure();
-    if (m_isNew)
-        createTable();
+    try {
+        open();
+    } catch (const TError&) {
+        close();
+        throw;
+    }
 }
 
 StudyIndex::~StudyIndex()
+{
+    close();
+}
+
+void StudyIndex::open()
+{
+    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    m_database.setDatabaseName(m_path);
+    require(m_database.open(), m_database);
+    // The rollback journal, so that users may delete the index file alone; whole transactions survive a power
+    // cut.
+    run("pragma journal_mode = delete");
+    run("pragma synchronous = full");
+    if (m_isNew)
+        run("create table Study(id integer primary key, data text)");
+}
+
+void StudyIndex::close()
 {
     m_database.close();
     m_database = QSqlDatabase();
@@ -54,36 +78,20 @@ StudyIndex::~StudyIndex()
         QFile::remove(m_path);
 }
 
-void StudyIndex::configure()
-{
-    // The rollback journal, so that users may delete the index file alone; whole transactions survive a power
-    // cut.
-    QSqlQuery query;
-    require(query.exec(QStringLiteral("pragma journal_mode = delete")), query.lastError());
-    require(query.exec(QStringLiteral("pragma synchronous = full")), query.lastError());
-}
-
-void StudyIndex::createTable()
-{
-    QSqlQuery query;
-    require(query.exec(QStringLiteral("create table Study(id integer primary key, data text)")),
-            query.lastError());
-}
-
 void StudyIndex::beginTransaction()
 {
-    require(m_database.transaction(), m_database.lastError());
+    require(m_database.transaction(), m_database);
 }
 
 void StudyIndex::commit()
 {
-    require(m_database.commit(), m_database.lastError());
+    require(m_database.commit(), m_database);
 }
 
 std::vector<StudyInfo> StudyIndex::list()
 {
     QSqlQuery query = prepared("select id, data from Study");
-    bindAndRun(query);
+    run(query);
     std::vector<StudyInfo> studies;
     while (query.next()) {
         StudyInfo& info = studies.emplace_back();
@@ -97,7 +105,7 @@ std::optional<StudyInfo> StudyIndex::find(qint32 id)
 {
     QSqlQuery query = prepared("select data from Study where id = ?");
     query.addBindValue(id);
-    bindAndRun(query);
+    run(query);
     if (!query.next())
         return std::nullopt;
     StudyInfo info;
@@ -111,7 +119,7 @@ void StudyIndex::insert(const StudyInfo& info)
     QSqlQuery query = prepared("insert into Study(id, data) values (:id, :data)");
     query.bindValue(QStringLiteral(":id"), info.id);
     query.bindValue(QStringLiteral(":data"), indexRowFromInfo(info));
-    bindAndRun(query);
+    run(query);
 }
 
 void StudyIndex::update(const StudyInfo& info)
@@ -119,12 +127,12 @@ void StudyIndex::update(const StudyInfo& info)
     QSqlQuery query = prepared("update Study set data = :data where id = :id");
     query.bindValue(QStringLiteral(":data"), indexRowFromInfo(info));
     query.bindValue(QStringLiteral(":id"), info.id);
-    bindAndRun(query);
+    run(query);
 }
 
 void StudyIndex::remove(qint32 id)
 {
     QSqlQuery query = prepared("delete from Study where id = ?");
     query.addBindValue(id);
-    bindAndRun(query);
+    run(query);
 }

@@ -40,8 +40,8 @@ public:
     void remove(qint32 id);
 
 private:
-    void createTable();
-    void configure();
+    void open();
+    void close();
 
     QString m_path;
     bool m_isNew;
