@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/signals/TChannel.h"
+#include "analysis/signals/TSignalListener.h"
 #include "base/Constants.h"
 
 #include <array>
@@ -8,14 +9,6 @@
 #include <memory>
 #include <utility>
 #include <vector>
-
-/// Is told of every append to a signal.
-class TSignalListener
-{
-public:
-    virtual ~TSignalListener() = default;
-    virtual void signalChanged() = 0;
-};
 
 /// A multichannel signal of integer counts: a live ring, a file-backed recording or a filtered view, all read
 /// through this interface. Positions are absolute sample indices per channel; a read out of range gives 0.
@@ -43,6 +36,10 @@ public:
     virtual void addPerChannel(const short* const* data, int n);
     virtual void addPerChannelDouble(const double* const* data, int n);
 
+    /// Whether readers should lock blocks rather than ask for single samples: the samples of a block are
+    /// those that `sample` gives. A ring says no, for its blocks leave it while the cache would keep them.
+    virtual bool readsByBlock() const { return true; }
+
     int channelCount() const { return m_channelCount; }
     /// Null out of range.
     TChannel* channel(int index) const;
@@ -57,6 +54,7 @@ public:
     /// Size of a stored sample: 16 or 64.
     int storageBits() const { return m_storageBits; }
     int resolutionBits() const { return m_resolutionBits; }
+    /// Significant bits of a sample, kept within 1 to 64.
     void setResolutionBits(int bits);
     double rangeMin() const { return m_rangeMin; }
     double rangeMax() const { return m_rangeMax; }
@@ -67,11 +65,14 @@ public:
 
     /// Seconds of a sample index.
     double timeOf(int index) const;
-    /// Sample index of a time in seconds: rate * t + 0.5, truncated towards zero and kept in the range of int.
+    /// Sample index of a time in seconds: rate * t + 0.5, truncated towards zero and kept in the range of
+    /// int.
     int indexOf(double t) const;
     /// Seconds held so far.
     double duration() const { return timeOf(m_sampleCount); }
 
+    /// Listeners are borrowed and told in the order of their coming; one that is there already stays where it
+    /// is. One that is added while listeners are told is told from the next append on.
     void addListener(TSignalListener* listener);
     void removeListener(TSignalListener* listener);
 
@@ -83,8 +84,13 @@ public:
     void trimBlocks(bool roundUp);
 
 protected:
+    /// Arguments out of a sane range are clamped: at least one sample per block and per second, 0 to 16
+    /// channels.
     TSignal(int blockSize, int channelCount, int samplingRate);
 
+    /// How many of `frames` more frames the count of samples can take.
+    int roomFor(int frames) const;
+    /// Sets `blockCount` to the whole blocks, too.
     void setSampleCount(int count);
     void setBlockCount(int count) { m_blockCount = count; }
     void setStorageBits(int bits) { m_storageBits = bits; }
@@ -98,10 +104,15 @@ private:
     {
         short* buffer = nullptr;
         int useCount = 0;
+        /// The block was incomplete when it was loaded; it goes with its last lock.
+        bool stale = false;
     };
 
     bool isBlock(int channel, int block) const;
+    TBlockEntry& entryOf(int channel, int block);
     void evictOneBlock();
+    void freeEntry(TBlockEntry& entry);
+    void forgetBlock(int block);
     void updateCountValue();
 
     int m_channelCount;
@@ -112,7 +123,9 @@ private:
     std::vector<std::vector<TBlockEntry>> m_blockTables;
     /// (channel, block) of every entry that holds a buffer, oldest first.
     std::list<std::pair<int, int>> m_loadedBlocks;
+    /// Null where a listener went while listeners were told.
     std::vector<TSignalListener*> m_listeners;
+    int m_notificationDepth = 0;
     int m_sampleCount = 0;
     int m_samplingRate;
     int m_storageBits = 16;
