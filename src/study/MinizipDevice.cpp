@@ -69,11 +69,10 @@ uLong MinizipDevice::readFile(voidpf opaque, voidpf, void* buffer, uLong size)
 uLong MinizipDevice::writeFile(voidpf opaque, voidpf, const void* buffer, uLong size)
 {
     MinizipDevice& device = deviceOf(opaque);
-    if (device.m_failed)
-        return 0;
-    const qint64 written = device.m_file.write(static_cast<const char*>(buffer), qint64(size));
-    device.m_failed = written != qint64(size);
-    return written < 0 ? 0 : uLong(written);
+    const auto wanted = qint64(size);
+    if (!device.m_failed)
+        device.m_failed = device.m_file.write(static_cast<const char*>(buffer), wanted) != wanted;
+    return device.m_failed && !device.m_writeErrorsHidden ? 0 : size;
 }
 
 ZPOS64_T MinizipDevice::tellFile(voidpf opaque, voidpf)

@@ -27,6 +27,10 @@ public:
     qint64 size() const { return m_file.size(); }
     /// From here on every access fails: the handle can be closed without finishing the file.
     void giveUp() { m_failed = true; }
+    /// Whether an access failed.
+    bool hasFailed() const { return m_failed; }
+    /// While true a write that fails is only remembered, not told to the handle.
+    void setWriteErrorsHidden(bool hidden) { m_writeErrorsHidden = hidden; }
 
 private:
     static voidpf openFile(voidpf opaque, const void* filename, int mode);
@@ -44,5 +48,6 @@ private:
     QFile m_file;
     Mode m_mode;
     bool m_failed = false;
+    bool m_writeErrorsHidden = false;
     zlib_filefunc64_def m_table{};
 };

@@ -81,12 +81,15 @@ void QZipFileCreator::addMember(QIODevice& source, const QString& memberName)
 void QZipFileCreator::openMember(const QString& memberName, qint64 size)
 {
     const QByteArray name = memberName.toUtf8();
+    // minizip forgets to free its directory entry when it learns of a failure here, so we look ourselves.
+    m_device->setWriteErrorsHidden(true);
     // No file info at all: a zeroed one would be written as a day of 1980.
     const int result =
         zipOpenNewFileInZip4_64(m_zip, name.constData(), nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
                                 Z_DEFAULT_COMPRESSION, 0, -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY,
                                 nullptr, 0, 0, isAscii(name) ? 0 : utf8NameFlag, size >= zip64Size ? 1 : 0);
-    if (result != ZIP_OK)
+    m_device->setWriteErrorsHidden(false);
+    if (result != ZIP_OK || m_device->hasFailed())
         giveUp("Cannot open new file in zip");
 }
 

@@ -34,8 +34,8 @@ struct TRawZip
     static QByteArray number(quint64 value, int bytes)
     {
         QByteArray result;
-        for (int i = 0; i < bytes; ++i)
-            result.append(char((value >> (8 * i)) & 0xFF));
+        for (int i = 0; i < bytes; ++i, value /= 256)
+            result.append(char(value % 256));
         return result;
     }
 
