@@ -16,7 +16,7 @@ LINKS = {
     "base": [],
     "platform": ["base"],
     "analysis": ["base"],
-    "study": ["analysis"],
+    "study": ["platform", "analysis"],
     "acq": ["platform", "analysis"],
     "equipment": ["platform"],
     "recorder": ["study", "acq", "equipment"],
