@@ -2,6 +2,8 @@
 
 #include "analysis/signals/Truncation.h"
 
+#include <cstring>
+
 namespace {
 
 constexpr int bitsOfDouble = 64;

@@ -2,6 +2,8 @@
 
 #include "analysis/signals/Truncation.h"
 
+#include <cstring>
+
 TInt16Signal::TInt16Signal(int blockSize, int capacity, int channelCount, int samplingRate)
     : TSignal(blockSize, channelCount, samplingRate), m_rings(this->channelCount(), capacity)
 {

@@ -3,6 +3,9 @@
 #include "analysis/signals/TSignal.h"
 #include "analysis/signals/Truncation.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace {
 
 /// Up to this stride it is faster to convert a ring's samples in a row than to ask for those that are looked
