@@ -1,0 +1,6 @@
+#include "analysis/signals/TFirStreamDouble.h"
+
+void TFirStreamDouble::give(TFrameBuffer& frames)
+{
+    frames.giveDoubles(sink());
+}

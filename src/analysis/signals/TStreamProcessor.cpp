@@ -1,0 +1,15 @@
+#include "analysis/signals/TStreamProcessor.h"
+
+#include "analysis/signals/TSignal.h"
+
+void TStreamProcessor::attach(TSignal* source, int position)
+{
+    m_source = source;
+    m_position = position;
+}
+
+int TStreamProcessor::available() const
+{
+    const qint64 beyond = static_cast<qint64>(m_source->sampleCount()) - m_position;
+    return static_cast<int>(std::clamp<qint64>(beyond, 0, std::numeric_limits<int>::max()));
+}
