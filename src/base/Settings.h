@@ -21,7 +21,10 @@ template <typename T> struct TSetting
         return QSettings().value(QLatin1String(key), QVariant::fromValue(absent)).template value<T>();
     }
 
-    void setValue(const T& value) const { QSettings().setValue(QLatin1String(key), QVariant::fromValue(value)); }
+    void setValue(const T& value) const
+    {
+        QSettings().setValue(QLatin1String(key), QVariant::fromValue(value));
+    }
 };
 
 /// The display options that each of the four monitor and review windows keeps in a group of its own.
@@ -37,13 +40,13 @@ namespace settings {
 // Acquisition
 extern const TSetting<QString> acqMode; ///< "demo", "bluetooth-com"; anything else is USB
 extern const TSetting<QString> acqBluetoothPort;
-extern const TSetting<int> signalGain; ///< device range in mV, used when above 0
-extern const TSetting<bool> hrProtocol; ///< the high-rate device family
+extern const TSetting<int> signalGain;         ///< device range in mV, used when above 0
+extern const TSetting<bool> hrProtocol;        ///< the high-rate device family
 extern const TSetting<double> lowBatteryLevel; ///< volts
 
 // Exercise equipment
 extern const TSetting<QString> ergometerWorkloadUnits; ///< "watts"; anything else is "kgm/min"
-extern const TSetting<QString> ergometerEquipment; ///< empty for manual, "olmo", "kipmachines"
+extern const TSetting<QString> ergometerEquipment;     ///< empty for manual, "olmo", "kipmachines"
 extern const TSetting<QString> ergometerPort;
 extern const TSetting<QString> treadmillEquipment; ///< empty for manual, "kipmachines"
 extern const TSetting<QString> treadmillPort;
@@ -68,9 +71,9 @@ extern const TSetting<QString> ecgGraphicRhythmLead;
 extern const TSetting<bool> ecgShowAverage;
 extern const TSetting<bool> printStressGraphics;
 extern const TSetting<bool> showExpectedStageDuration;
-extern const TSetting<QString> ecgReportModel; ///< "TracesOnly"; anything else is the full report
+extern const TSetting<QString> ecgReportModel;   ///< "TracesOnly"; anything else is the full report
 extern const TSetting<QString> printDestination; ///< "printer", "stripPrinter"; anything else is PDF
-extern const TSetting<QString> printerName; ///< printer, or port of the strip printer
+extern const TSetting<QString> printerName;      ///< printer, or port of the strip printer
 
 // Windows
 extern const TDisplaySettings stressMonitorDisplay;

@@ -1,5 +1,5 @@
-#include "base/Constants.h"
 #include "base/Settings.h"
+#include "base/Constants.h"
 
 #include <QStandardPaths>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
+#include "base/Text.h"
 #include "base/Constants.h"
 #include "base/Error.h"
-#include "base/Text.h"
 
 #include <QtTest>
 

@@ -1,0 +1,40 @@
+# The Debian packages that the project needs, in one place, and the function that installs what is missing.
+# Sourced by the scripts at the root.
+
+build_packages=(
+    g++ cmake ninja-build pkg-config
+    qtbase5-dev libqt5sql5-sqlite libminizip-dev zlib1g-dev)
+test_packages=(python3 sqlite3 unzip zip clang-format-14)
+# Compiler and runtime of the fuzzers, static checks, benchmarks.
+check_packages=(clang-14 libclang-rt-14-dev clang-tidy-14 libbenchmark-dev)
+
+as_root() {
+    if ((EUID == 0)); then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "Installing packages needs root rights; become root or install sudo, then run this again." >&2
+        return 1
+    fi
+}
+
+# install_missing PACKAGE...: touches the network only if a package is missing.
+install_missing() {
+    local missing=() package
+    if ! command -v dpkg-query >/dev/null; then
+        echo "This is no Debian machine; these packages or their like must be there: $*" >&2
+        return 0
+    fi
+    for package; do
+        [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+    echo "Installing ${missing[*]}"
+    as_root apt-get update -q &&
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}" ||
+        {
+            echo "These packages could not be installed: ${missing[*]}" >&2
+            return 1
+        }
+}

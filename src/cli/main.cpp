@@ -1,0 +1,72 @@
+#include "base/Constants.h"
+#include "base/Error.h"
+#include "cli/Arguments.h"
+#include "cli/Command.h"
+#include "cli/JsonOutput.h"
+#include "study/LocalStudyDatabase.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+enum ExitStatus
+{
+    Done = 0,
+    Failed = 1,
+    WrongCommandLine = 2
+};
+
+void complain(const char* text)
+{
+    // One line, whatever stands in the text.
+    const QByteArray line = QByteArray(text).simplified();
+    std::fprintf(stderr, "%s\n", line.constData());
+}
+
+void runCommand(const TArguments& arguments)
+{
+    const TCommand* command = findCommand(arguments.command);
+    if (command == nullptr)
+        throw TUsageError(QStringLiteral("Unknown command %1").arg(arguments.command));
+    checkArguments(*command, arguments.commandArguments);
+
+    LocalStudyDatabase database(arguments.dataFolder);
+    TJsonOutput output;
+    TCommandContext context{database, output, arguments.commandArguments};
+    command->run(context);
+    output.finish();
+}
+
+void run(const TArguments& arguments)
+{
+    if (arguments.help)
+        std::fputs(helpText().toUtf8().constData(), stdout);
+    else if (arguments.version)
+        std::printf("velantor-cli %s\n", velantor::applicationVersion);
+    else if (arguments.command.isEmpty())
+        throw TUsageError(QStringLiteral("No command; see velantor-cli --help"));
+    else
+        runCommand(arguments);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QLatin1String(velantor::organizationName));
+    QCoreApplication::setApplicationName(QLatin1String(velantor::applicationName));
+    QCoreApplication::setApplicationVersion(QLatin1String(velantor::applicationVersion));
+    try {
+        run(parseArguments(QCoreApplication::arguments().mid(1)));
+        return Done;
+    } catch (const TUsageError& error) {
+        complain(error.what());
+        return WrongCommandLine;
+    } catch (const std::exception& error) {
+        complain(error.what());
+        return Failed;
+    }
+}
