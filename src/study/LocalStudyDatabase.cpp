@@ -4,7 +4,6 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "platform/FreeSpace.h"
-#include "study/RiskFactors.h"
 #include "study/Study.h"
 #include "study/StudyArchive.h"
 #include "study/StudyCreation.h"
@@ -61,7 +60,6 @@ LocalStudyDatabase::LocalStudyDatabase(const QString& folder) : m_folder(folder)
         QDir().mkpath(m_folder + QLatin1String("/data"));
     openIndex();
     openProtocols();
-    m_riskFactorNames = standardRiskFactors();
 }
 
 LocalStudyDatabase::~LocalStudyDatabase() = default;

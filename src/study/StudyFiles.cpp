@@ -5,6 +5,7 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "study/JsonBounds.h"
+#include "study/StagedFile.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
 #include "study/TBeatFile.h"
@@ -14,7 +15,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 #include <cmath>
 
@@ -109,14 +109,14 @@ QJsonObject readStudyObjects(const QString& path)
 void saveStudyFile(Study& study, const QString& path)
 {
     const QByteArray document = QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    switch (writeStaged(path, {velantor::studyMagic, qCompress(document)})) {
+    case TStagedWrite::CannotOpen:
         throw TError("Cannot create study file");
-    file.write(velantor::studyMagic, studyMagicSize);
-    file.write(qCompress(document));
-    // A write that failed makes the commit fail.
-    if (!file.commit())
+    case TStagedWrite::Failed:
         throw TError("Write error");
+    case TStagedWrite::Done:
+        break;
+    }
 }
 
 std::unique_ptr<Study> loadStudy(const QString& path)
