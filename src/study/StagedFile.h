@@ -12,6 +12,6 @@ enum class TStagedWrite
     Failed
 };
 
-/// Writes a file beside its place, brings it to the disk and only then puts it there: whatever fails, a full disk
-/// for one, the old file stays as it was.
+/// Writes a file beside its place, brings it to the disk and only then puts it there: whatever fails, a full
+/// disk for one, the old file stays as it was.
 TStagedWrite writeStaged(const QString& path, std::initializer_list<QByteArray> pieces);
