@@ -1,6 +1,6 @@
 #include "study/TJsonHead.h"
 
-#include <QJsonDocument>
+#include "study/JsonBounds.h"
 
 #include <algorithm>
 
@@ -99,5 +99,5 @@ void TJsonHead::closeBracket(char c)
 
 QJsonObject TJsonHead::parse() const
 {
-    return m_broken ? QJsonObject() : QJsonDocument::fromJson(m_kept).object();
+    return m_broken ? QJsonObject() : parseBoundedJson(m_kept);
 }
