@@ -4,6 +4,16 @@
 #include <QJsonObject>
 #include <QtTest>
 
+namespace {
+
+/// JSON with ' in place of ": moc loses its way in raw strings full of quotes.
+QString quoted(const char* text)
+{
+    return QString::fromUtf8(text).replace(QLatin1Char('\''), QLatin1Char('"'));
+}
+
+} // namespace
+
 /// Rows are taken apart without a JSON parser where they are as we write them; nobody may tell the
 /// difference.
 class IndexRowFormsTest : public QObject
@@ -19,23 +29,23 @@ private Q_SLOTS:
         QTest::newRow("letters") << QStringLiteral("{\"status\":\"Nu\u00f1ez \u0418\U0001FAC0\"}");
         QTest::newRow("half a character") << QStringLiteral("{\"status\":\"a") + QChar(0xd83e) +
                                                  QStringLiteral("b\",\"studyType\":\"ECG\"}");
-        QTest::newRow("quote") << QStringLiteral(R"({"status":"a\"b","studyType":"ECG"})");
-        QTest::newRow("backslash at the end") << QStringLiteral(R"({"status":"a\\","studyType":"ECG"})");
-        QTest::newRow("coded letter") << QStringLiteral(R"({"status":"\u00f1\t","studyType":"ECG"})");
-        QTest::newRow("coded key") << QStringLiteral(R"({"st\u0061tus":"x","studyType":"ECG"})");
+        QTest::newRow("quote") << quoted("{'status':'a\\'b','studyType':'ECG'}");
+        QTest::newRow("backslash at the end") << quoted("{'status':'a\\\\','studyType':'ECG'}");
+        QTest::newRow("coded letter") << quoted("{'status':'\\u00f1\\t','studyType':'ECG'}");
+        QTest::newRow("coded key") << quoted("{'st\\u0061tus':'x','studyType':'ECG'}");
         QTest::newRow("blanks") << QStringLiteral(" { \"status\" : \"x\" ,\n\"studyType\":\"ECG\"} ");
-        QTest::newRow("same key twice") << QStringLiteral(R"({"status":"x","status":"y"})");
-        QTest::newRow("number") << QStringLiteral(R"({"status":1,"studyType":"ECG"})");
-        QTest::newRow("object within") << QStringLiteral(R"({"status":{"status":"x"},"studyType":"ECG"})");
-        QTest::newRow("foreign keys") << QStringLiteral(R"({"other":"x","":"y","studyType":"ECG"})");
+        QTest::newRow("same key twice") << quoted("{'status':'x','status':'y'}");
+        QTest::newRow("number") << quoted("{'status':1,'studyType':'ECG'}");
+        QTest::newRow("object within") << quoted("{'status':{'status':'x'},'studyType':'ECG'}");
+        QTest::newRow("foreign keys") << quoted("{'other':'x','':'y','studyType':'ECG'}");
         QTest::newRow("empty object") << QStringLiteral("{}");
-        QTest::newRow("comma at the end") << QStringLiteral(R"({"status":"x",})");
-        QTest::newRow("more behind") << QStringLiteral(R"({"status":"x"}})");
-        QTest::newRow("cut in a text") << QStringLiteral(R"({"status":"x","studyType":"E)");
-        QTest::newRow("cut behind a text") << QStringLiteral(R"({"status":"x","studyType":"E")");
-        QTest::newRow("cut in a key") << QStringLiteral(R"({"status":"x","stud)");
-        QTest::newRow("no colon") << QStringLiteral(R"({"status""x"})");
-        QTest::newRow("list") << QStringLiteral(R"(["status","x"])");
+        QTest::newRow("comma at the end") << quoted("{'status':'x',}");
+        QTest::newRow("more behind") << quoted("{'status':'x'}}");
+        QTest::newRow("cut in a text") << quoted("{'status':'x','studyType':'E");
+        QTest::newRow("cut behind a text") << quoted("{'status':'x','studyType':'E'");
+        QTest::newRow("cut in a key") << quoted("{'status':'x','stud");
+        QTest::newRow("no colon") << quoted("{'status''x'}");
+        QTest::newRow("list") << quoted("['status','x']");
         QTest::newRow("nothing") << QString();
     }
 
@@ -57,7 +67,7 @@ private Q_SLOTS:
 
     void whatTheTableWritesIsReadWhateverTheTextsHold()
     {
-        for (char16_t c = 0; c < 0x250; ++c) {
+        for (char16_t c = 1; c < 0x250; ++c) {
             StudyInfo info;
             info.lastName = (QStringLiteral("a") + QChar(c) + QStringLiteral("b")).toUtf8();
             StudyInfo read;
