@@ -1,69 +1,40 @@
 #include "study/JsonBounds.h"
 
+#include "study/TInflater.h"
+
 #include <QJsonDocument>
 #include <QtEndian>
 
-#include <zlib.h>
-
-#include <optional>
-#include <vector>
+#include <algorithm>
+#include <memory>
 
 namespace {
 
 /// What Qt's parser keeps for each value, growth of its arrays included.
 constexpr qint64 bytesPerValue = 24;
-constexpr qint64 lengthPrefix = 4;
 /// Deflate cannot do better than this; a longer announced length is a lie.
 constexpr qint64 maxDeflateRatio = 1032;
 
-class TInflater
+/// How much text is expanded at a time.
+constexpr int pieceBytes = 64 * 1024;
+
+bool startsValue(char c)
 {
-public:
-    explicit TInflater(const QByteArray& compressed)
-    {
-        m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(compressed.constData() + lengthPrefix));
-        m_stream.avail_in = static_cast<uInt>(compressed.size() - lengthPrefix);
-        m_ready = inflateInit(&m_stream) == Z_OK;
-    }
-    ~TInflater() { inflateEnd(&m_stream); }
-    TInflater(const TInflater&) = delete;
-    TInflater& operator=(const TInflater&) = delete;
+    return c == ',' || c == ':' || c == '[' || c == '{';
+}
 
-    /// Bytes written, 0 at the end or on damage; `finished` tells which.
-    qint64 read(std::vector<char>& buffer)
-    {
-        if (!m_ready || m_finished)
-            return 0;
-        m_stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
-        m_stream.avail_out = static_cast<uInt>(buffer.size());
-        const int result = inflate(&m_stream, Z_NO_FLUSH);
-        m_finished = result == Z_STREAM_END;
-        m_ready = result == Z_OK;
-        return m_ready || m_finished ? static_cast<qint64>(buffer.size()) - m_stream.avail_out : 0;
-    }
-
-    bool finished() const { return m_finished; }
-
-private:
-    z_stream m_stream{};
-    bool m_ready = false;
-    bool m_finished = false;
-};
-
-/// The true expanded length, found without keeping the text.
-std::optional<qint64> measureExpanded(const QByteArray& compressed)
+bool endsString(char c)
 {
-    TInflater inflater(compressed);
-    TJsonCost cost;
-    std::vector<char> buffer(256 * 1024);
-    qint64 total = 0;
-    while (const qint64 size = inflater.read(buffer)) {
-        total += size;
-        cost.add(buffer.data(), size);
-        if (!cost.isAffordable())
-            return std::nullopt;
-    }
-    return inflater.finished() ? std::optional(total) : std::nullopt;
+    return c == '"' || c == '\\';
+}
+
+/// Whether the length that stands in front of a stream can be true.
+bool isLengthPossible(const QByteArray& compressed)
+{
+    if (compressed.size() <= TInflater::lengthPrefix)
+        return false;
+    const qint64 announced = qFromBigEndian<quint32>(compressed.constData());
+    return announced <= TJsonCost::maxTextBytes && announced / maxDeflateRatio <= compressed.size();
 }
 
 } // namespace
@@ -71,22 +42,29 @@ std::optional<qint64> measureExpanded(const QByteArray& compressed)
 void TJsonCost::add(const char* data, qint64 size)
 {
     m_textBytes += size;
-    for (const char* at = data; at != data + size; ++at) {
-        const char c = *at;
-        if (m_inString) {
-            ++m_stringBytes;
-            if (m_escaped)
-                m_escaped = false;
-            else if (c == '\\')
-                m_escaped = true;
-            else if (c == '"')
-                m_inString = false;
-        } else if (c == '"') {
-            m_inString = true;
-        } else {
-            m_values += c == ',' || c == ':' || c == '[' || c == '{';
-        }
-    }
+    const char* const end = data + size;
+    for (const char* at = data; at != end;)
+        at = m_inString ? addQuoted(at, end) : addPlain(at, end);
+}
+
+const char* TJsonCost::addPlain(const char* from, const char* end)
+{
+    const char* const quote = std::find(from, end, '"');
+    m_values += std::count_if(from, quote, startsValue);
+    m_inString = quote != end;
+    return m_inString ? quote + 1 : end;
+}
+
+const char* TJsonCost::addQuoted(const char* from, const char* end)
+{
+    const char* const at = m_escaped ? from : std::find_if(from, end, endsString);
+    const char* const next = at == end ? end : at + 1;
+    m_stringBytes += next - from;
+    if (at == end)
+        return end;
+    m_inString = m_escaped || *at == '\\';
+    m_escaped = !m_escaped && *at == '\\';
+    return next;
 }
 
 bool TJsonCost::isAffordable() const
@@ -103,17 +81,26 @@ QJsonObject parseBoundedJson(const QByteArray& text)
     return cost.isAffordable() ? QJsonDocument::fromJson(text).object() : QJsonObject();
 }
 
-QByteArray expandBoundedJson(QByteArray compressed)
+bool expandBoundedJson(const QByteArray& compressed, const TTakePiece& take)
 {
-    if (compressed.size() <= lengthPrefix)
-        return {};
-    const qint64 announced = qFromBigEndian<quint32>(compressed.constData());
-    if (announced > TJsonCost::maxTextBytes || announced / maxDeflateRatio > compressed.size())
-        return {};
-    const std::optional<qint64> length = measureExpanded(compressed);
-    if (!length || *length == 0)
-        return {};
-    // With the true length in front, qUncompress allocates once and never has to guess.
-    qToBigEndian(static_cast<quint32>(*length), compressed.data());
-    return qUncompress(compressed);
+    if (!isLengthPossible(compressed))
+        return false;
+    TInflater inflater(compressed);
+    TJsonCost cost;
+    const auto piece = std::make_unique_for_overwrite<char[]>(pieceBytes);
+    while (const int size = inflater.read(piece.get(), pieceBytes)) {
+        cost.add(piece.get(), size);
+        if (!cost.isAffordable())
+            return false;
+        take(piece.get(), size);
+    }
+    return inflater.finished();
+}
+
+QByteArray expandBoundedJson(const QByteArray& compressed)
+{
+    QByteArray text;
+    const bool isWhole =
+        expandBoundedJson(compressed, [&text](const char* data, int size) { text.append(data, size); });
+    return isWhole ? text : QByteArray();
 }

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QJsonObject>
 
+#include <functional>
+
 /// Guards in front of Qt's JSON parser, so that a poisoned file is turned away before it takes memory: the
 /// parser needs many times the size of a text that is all brackets and commas.
 class TJsonCost
@@ -20,6 +22,10 @@ public:
     bool isAffordable() const;
 
 private:
+    // Each returns where it stopped: behind the string or in front of it, or at the end.
+    const char* addPlain(const char* from, const char* end);
+    const char* addQuoted(const char* from, const char* end);
+
     qint64 m_textBytes = 0;
     qint64 m_stringBytes = 0;
     qint64 m_values = 0;
@@ -32,4 +38,9 @@ QJsonObject parseBoundedJson(const QByteArray& text);
 
 /// Expands the `qCompress` form. Empty if the bytes are damaged, cut short, too large, or a text that the
 /// JSON parser could not afford.
-QByteArray expandBoundedJson(QByteArray compressed);
+QByteArray expandBoundedJson(const QByteArray& compressed);
+
+using TTakePiece = std::function<void(const char* data, int size)>;
+/// The same, handing out the text piece by piece without keeping it. False if there is something wrong, which
+/// may show after the first pieces.
+bool expandBoundedJson(const QByteArray& compressed, const TTakePiece& take);

@@ -36,7 +36,7 @@ QStringList studyFileNames(const QString& folder)
 /// What the list shows of the study file of that name; no value if the file is no sound study.
 std::optional<StudyInfo> readListedInfo(const QString& folder, const QString& fileName)
 {
-    const QJsonObject document = readStudyObjects(folder + QLatin1Char('/') + fileName);
+    const QJsonObject document = readStudyHead(folder + QLatin1Char('/') + fileName);
     if (document.isEmpty())
         return std::nullopt;
     StudyInfo info;

@@ -167,7 +167,7 @@ void TArchiveImport::check()
 
 void TArchiveImport::checkReplacedStudy() const
 {
-    const QJsonObject present = readStudyObjects(finalPath(m_members.front()));
+    const QJsonObject present = readStudyHead(finalPath(m_members.front()));
     if (present.isEmpty())
         return;
     StudyInfo info;

@@ -10,6 +10,7 @@
 #include "study/StudyDocument.h"
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
+#include "study/TJsonHead.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -26,6 +27,35 @@ QString siblingPath(const QString& studyPath, const char* extension)
 {
     const QFileInfo file(studyPath);
     return studyFilePath(file.path(), velantor::toText(file.completeBaseName()), extension);
+}
+
+/// What stands behind the mark of a study file; nothing if the file is none of ours.
+struct TStudyBytes
+{
+    QByteArray bytes;
+    bool isCompressed = false;
+};
+
+TStudyBytes readStudyBytes(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray magic = file.read(studyMagicSize);
+    const bool isOld = magic == velantor::studyMagicOld;
+    if ((!isOld && magic != velantor::studyMagic) || file.size() > TJsonCost::maxParseBytes)
+        return {};
+    return {file.readAll(), !isOld};
+}
+
+/// The document, if it has what every study has.
+QJsonObject ifComplete(const QJsonObject& document)
+{
+    for (const char* key : {"study", "patient"}) {
+        if (document.value(QLatin1String(key)).toObject().isEmpty())
+            return {};
+    }
+    return document;
 }
 
 /// What the head of a samples file says, once it is known to be sound.
@@ -78,18 +108,8 @@ QString studyFilePath(const QString& folder, const QByteArray& baseFilename, con
 
 bool readStudyDocument(const QString& path, QByteArray& document)
 {
-    document.clear();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray magic = file.read(studyMagicSize);
-    const bool isOld = magic == velantor::studyMagicOld;
-    if (!isOld && magic != velantor::studyMagic)
-        return false;
-    if (file.size() > TJsonCost::maxParseBytes)
-        return false;
-    const QByteArray rest = file.readAll();
-    document = isOld ? rest : expandBoundedJson(rest);
+    const TStudyBytes file = readStudyBytes(path);
+    document = file.isCompressed ? expandBoundedJson(file.bytes) : file.bytes;
     return !document.isEmpty();
 }
 
@@ -98,12 +118,19 @@ QJsonObject readStudyObjects(const QString& path)
     QByteArray text;
     if (!readStudyDocument(path, text))
         return {};
-    const QJsonObject document = parseBoundedJson(text);
-    for (const char* key : {"study", "patient"}) {
-        if (document.value(QLatin1String(key)).toObject().isEmpty())
-            return {};
-    }
-    return document;
+    return ifComplete(parseBoundedJson(text));
+}
+
+QJsonObject readStudyHead(const QString& path)
+{
+    const TStudyBytes file = readStudyBytes(path);
+    TJsonHead head;
+    const auto take = [&head](const char* data, qint64 size) { head.add(data, size); };
+    if (!file.isCompressed)
+        take(file.bytes.constData(), file.bytes.size());
+    else if (!expandBoundedJson(file.bytes, take))
+        return {};
+    return ifComplete(head.parse());
 }
 
 void saveStudyFile(Study& study, const QString& path)

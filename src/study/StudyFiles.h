@@ -24,6 +24,9 @@ QString studyFilePath(const QString& folder, const QByteArray& baseFilename, con
 bool readStudyDocument(const QString& path, QByteArray& document);
 /// The same, parsed; empty also if the document is broken or lacks its `study` or `patient`.
 QJsonObject readStudyObjects(const QString& path);
+/// The `study` and `patient` of a study file, without the time that its results take; empty as above. Of the
+/// other members only the brackets are looked at: a study with a damaged number in there is still listed.
+QJsonObject readStudyHead(const QString& path);
 
 /// Mark and compressed document, written beside and put in place at the end, so that a failure leaves the old
 /// file. Throws "Cannot create study file" or "Write error".

@@ -21,12 +21,13 @@ struct TRiskFactor
 /// Numbers that a user typed stay text until they are used.
 struct StudyInfo
 {
-    qint32 id = 0;                                   ///< 1 to 999999999; 0 before creation
-    QByteArray baseFilename;                         ///< of the study's files, without folder and extension
-    QByteArray status;                               ///< empty, or "report" once a report has been made
-    QByteArray studyType;                            ///< "ECG", "Stress test" or "Tilt test"
-    QByteArray studyDateTime;                        ///< "yyyyMMddHHmmss", when the study was opened
-    QByteArray recordingDateTime = "00000000000000"; ///< the same, when the recording began
+    qint32 id = 0;            ///< 1 to 999999999; 0 before creation
+    QByteArray baseFilename;  ///< of the study's files, without folder and extension
+    QByteArray status;        ///< empty, or "report" once a report has been made
+    QByteArray studyType;     ///< "ECG", "Stress test" or "Tilt test"
+    QByteArray studyDateTime; ///< "yyyyMMddHHmmss", when the study was opened
+    QByteArray recordingDateTime =
+        QByteArrayLiteral("00000000000000"); ///< the same, when the recording began
     QByteArray institutionName;
     QByteArray technicianName;
     QByteArray doctorName;
@@ -38,7 +39,7 @@ struct StudyInfo
     QByteArray protocolName;
 
     // How the samples are taken.
-    QByteArray sampleFormat = "short";
+    QByteArray sampleFormat = QByteArrayLiteral("short");
     qint32 samplingRate = 0; ///< samples per second per channel
     qint32 channelCount = 0;
     QByteArray channelNames; ///< joined with ","
