@@ -28,6 +28,12 @@ QString siblingPath(const QString& studyPath, const char* extension)
     return studyFilePath(file.path(), velantor::toText(file.completeBaseName()), extension);
 }
 
+/// Opening a pipe would wait for its other end.
+bool openForReading(QFile& file)
+{
+    return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
+}
+
 /// What the head of a samples file says, once it is known to be sound.
 struct TEcgHeader
 {
@@ -48,7 +54,7 @@ TEcgHeader readEcgHeader(const QString& path)
 {
     QFile file(path);
     const QByteArray magic(velantor::ecgMagic);
-    if (!file.open(QIODevice::ReadOnly) || file.read(magic.size()) != magic)
+    if (!openForReading(file) || file.read(magic.size()) != magic)
         return {};
     const QByteArray bytes = file.read(ecgHeaderSize);
     const QByteArray document = bytes.left(bytes.indexOf('\0'));
@@ -64,7 +70,7 @@ bool hasBeatsMagic(const QString& path)
 {
     QFile file(path);
     const QByteArray magic(velantor::beatsMagic);
-    return file.open(QIODevice::ReadOnly) && file.read(magic.size()) == magic;
+    return openForReading(file) && file.read(magic.size()) == magic;
 }
 
 } // namespace
@@ -80,7 +86,7 @@ bool readStudyDocument(const QString& path, QByteArray& document)
 {
     document.clear();
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openForReading(file))
         return false;
     const QByteArray magic = file.read(studyMagicSize);
     const bool isOld = magic == velantor::studyMagicOld;
@@ -112,10 +118,9 @@ void saveStudyFile(Study& study, const QString& path)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         throw TError("Cannot create study file");
-    file.write(velantor::studyMagic, studyMagicSize);
-    file.write(qCompress(document));
-    // A write that failed makes the commit fail.
-    if (!file.commit())
+    const QByteArray bytes = velantor::studyMagic + qCompress(document);
+    // A full disk may take part of it, and the commit alone does not notice.
+    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         throw TError("Write error");
 }
 

@@ -40,8 +40,10 @@ void TProtocolTable::save(const QString& path) const
     file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly))
         return;
-    file.write(toJson());
-    file.commit();
+    const QByteArray bytes = toJson();
+    // What a full disk took only part of never replaces the old table.
+    if (file.write(bytes) == bytes.size() && file.flush())
+        file.commit();
 }
 
 std::vector<QByteArray> TProtocolTable::names() const
