@@ -60,7 +60,8 @@ std::optional<qint64> measureExpanded(const QByteArray& compressed)
     while (const qint64 size = inflater.read(buffer)) {
         total += size;
         cost.add(buffer.data(), size);
-        if (!cost.isAffordable())
+        // Both forms are in memory while the text is expanded.
+        if (!cost.isAffordable() || total + compressed.size() > TJsonCost::maxParseBytes)
             return std::nullopt;
     }
     return inflater.finished() ? std::optional(total) : std::nullopt;

@@ -94,8 +94,9 @@ bool readStudyDocument(const QString& path, QByteArray& document)
         return false;
     if (file.size() > TJsonCost::maxParseBytes)
         return false;
-    const QByteArray rest = file.readAll();
-    document = isOld ? rest : expandBoundedJson(rest);
+    document = file.readAll();
+    if (!isOld)
+        document = expandBoundedJson(std::move(document));
     return !document.isEmpty();
 }
 

@@ -135,6 +135,13 @@ private Q_SLOTS:
         QCOMPARE(expandBoundedJson(bytes), QByteArray());
     }
 
+    void aTextThatIsNotPackedCountsTwice()
+    {
+        constexpr int megabyte = 1024 * 1024;
+        QCOMPARE(expandBoundedJson(qCompress(QByteArray(125 * megabyte, ' '), 0)), QByteArray());
+        QCOMPARE(expandBoundedJson(qCompress(QByteArray(20 * megabyte, ' '), 0)).size(), 20 * megabyte);
+    }
+
     void aTextThatTheParserCouldNotAffordIsNotExpanded()
     {
         const QByteArray brackets(12 * 1000 * 1000, '[');
