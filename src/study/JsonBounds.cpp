@@ -12,6 +12,8 @@ namespace {
 
 /// What Qt's parser keeps for each value, growth of its arrays included.
 constexpr qint64 bytesPerValue = 24;
+/// The same for each object or list.
+constexpr qint64 bytesPerContainer = 128;
 /// Deflate cannot do better than this; a longer announced length is a lie.
 constexpr qint64 maxDeflateRatio = 1032;
 
@@ -20,7 +22,12 @@ constexpr int pieceBytes = 64 * 1024;
 
 bool startsValue(char c)
 {
-    return c == ',' || c == ':' || c == '[' || c == '{';
+    return c == ',' || c == ':';
+}
+
+bool startsContainer(char c)
+{
+    return c == '[' || c == '{';
 }
 
 bool endsString(char c)
@@ -28,13 +35,17 @@ bool endsString(char c)
     return c == '"' || c == '\\';
 }
 
+qint64 announcedLength(const QByteArray& compressed)
+{
+    return qFromBigEndian<quint32>(compressed.constData());
+}
+
 /// Whether the length that stands in front of a stream can be true.
 bool isLengthPossible(const QByteArray& compressed)
 {
-    if (compressed.size() <= TInflater::lengthPrefix)
-        return false;
-    const qint64 announced = qFromBigEndian<quint32>(compressed.constData());
-    return announced <= TJsonCost::maxTextBytes && announced / maxDeflateRatio <= compressed.size();
+    return compressed.size() > TInflater::lengthPrefix &&
+           announcedLength(compressed) <= TJsonCost::maxParseBytes &&
+           announcedLength(compressed) / maxDeflateRatio <= compressed.size();
 }
 
 } // namespace
@@ -50,7 +61,8 @@ void TJsonCost::add(const char* data, qint64 size)
 const char* TJsonCost::addPlain(const char* from, const char* end)
 {
     const char* const quote = std::find(from, end, '"');
-    m_values += std::count_if(from, quote, startsValue);
+    m_valueBytes += bytesPerValue * std::count_if(from, quote, startsValue) +
+                    bytesPerContainer * std::count_if(from, quote, startsContainer);
     m_inString = quote != end;
     return m_inString ? quote + 1 : end;
 }
@@ -70,8 +82,7 @@ const char* TJsonCost::addQuoted(const char* from, const char* end)
 bool TJsonCost::isAffordable() const
 {
     // Strings that are not plain ASCII are kept in two bytes a character.
-    return m_textBytes <= maxTextBytes &&
-           m_textBytes + 2 * m_stringBytes + bytesPerValue * m_values <= maxParseBytes;
+    return m_heldBytes + m_textBytes + 2 * m_stringBytes + m_valueBytes <= maxParseBytes;
 }
 
 QJsonObject parseBoundedJson(const QByteArray& text)
@@ -86,7 +97,7 @@ bool expandBoundedJson(const QByteArray& compressed, const TTakePiece& take)
     if (!isLengthPossible(compressed))
         return false;
     TInflater inflater(compressed);
-    TJsonCost cost;
+    TJsonCost cost(compressed.size());
     const auto piece = std::make_unique_for_overwrite<char[]>(pieceBytes);
     while (const int size = inflater.read(piece.get(), pieceBytes)) {
         cost.add(piece.get(), size);
@@ -100,6 +111,8 @@ bool expandBoundedJson(const QByteArray& compressed, const TTakePiece& take)
 QByteArray expandBoundedJson(const QByteArray& compressed)
 {
     QByteArray text;
+    if (isLengthPossible(compressed))
+        text.reserve(static_cast<int>(announcedLength(compressed)));
     const bool isWhole =
         expandBoundedJson(compressed, [&text](const char* data, int size) { text.append(data, size); });
     return isWhole ? text : QByteArray();

@@ -36,10 +36,16 @@ struct TStudyBytes
     bool isCompressed = false;
 };
 
+/// Opening a pipe would wait for its other end.
+bool openForReading(QFile& file)
+{
+    return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
+}
+
 TStudyBytes readStudyBytes(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openForReading(file))
         return {};
     const QByteArray magic = file.read(studyMagicSize);
     const bool isOld = magic == velantor::studyMagicOld;
@@ -78,10 +84,11 @@ TEcgHeader readEcgHeader(const QString& path)
 {
     QFile file(path);
     const QByteArray magic(velantor::ecgMagic);
-    if (!file.open(QIODevice::ReadOnly) || file.read(magic.size()) != magic)
+    if (!openForReading(file) || file.read(magic.size()) != magic)
         return {};
     const QByteArray bytes = file.read(ecgHeaderSize);
-    const QByteArray document = bytes.left(bytes.indexOf('\0'));
+    const int end = bytes.indexOf('\0');
+    const QByteArray document = end < 0 ? bytes : bytes.left(end);
     const QJsonObject ecg = QJsonDocument::fromJson(document).object().value(QLatin1String("ecg")).toObject();
     if (ecg.value(QLatin1String("sampleFormat")).toString().isEmpty())
         return {};
@@ -94,7 +101,7 @@ bool hasBeatsMagic(const QString& path)
 {
     QFile file(path);
     const QByteArray magic(velantor::beatsMagic);
-    return file.open(QIODevice::ReadOnly) && file.read(magic.size()) == magic;
+    return openForReading(file) && file.read(magic.size()) == magic;
 }
 
 } // namespace
