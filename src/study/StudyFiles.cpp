@@ -7,6 +7,7 @@
 #include "study/JsonBounds.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
+#include "study/StudyInfo.h"
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
 
@@ -19,8 +20,6 @@
 #include <cmath>
 
 namespace {
-
-constexpr int studyMagicSize = 8;
 
 QString siblingPath(const QString& studyPath, const char* extension)
 {
@@ -44,13 +43,12 @@ struct TEcgHeader
     }
 };
 
-TEcgHeader readEcgHeader(const QString& path)
+TEcgHeader parseEcgHeader(const QByteArray& head)
 {
-    QFile file(path);
     const QByteArray magic(velantor::ecgMagic);
-    if (!file.open(QIODevice::ReadOnly) || file.read(magic.size()) != magic)
+    if (!head.startsWith(magic))
         return {};
-    const QByteArray bytes = file.read(ecgHeaderSize);
+    const QByteArray bytes = head.mid(magic.size());
     const QByteArray document = bytes.left(bytes.indexOf('\0'));
     const QJsonObject ecg = QJsonDocument::fromJson(document).object().value(QLatin1String("ecg")).toObject();
     if (ecg.value(QLatin1String("sampleFormat")).toString().isEmpty())
@@ -60,14 +58,28 @@ TEcgHeader readEcgHeader(const QString& path)
             ecg.value(QLatin1String("channels")).toArray()};
 }
 
-bool hasBeatsMagic(const QString& path)
+QByteArray readHead(const QString& path, int size)
 {
     QFile file(path);
-    const QByteArray magic(velantor::beatsMagic);
-    return file.open(QIODevice::ReadOnly) && file.read(magic.size()) == magic;
+    return file.open(QIODevice::ReadOnly) ? file.read(size) : QByteArray();
 }
 
 } // namespace
+
+bool isStudyHead(const QByteArray& head)
+{
+    return head.startsWith(velantor::studyMagic) || head.startsWith(velantor::studyMagicOld);
+}
+
+bool isEcgHead(const QByteArray& head)
+{
+    return parseEcgHeader(head).isSound();
+}
+
+bool isBeatsHead(const QByteArray& head)
+{
+    return head.startsWith(velantor::beatsMagic);
+}
 
 QString studyFilePath(const QString& folder, const QByteArray& baseFilename, const char* extension)
 {
@@ -82,14 +94,11 @@ bool readStudyDocument(const QString& path, QByteArray& document)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray magic = file.read(studyMagicSize);
-    const bool isOld = magic == velantor::studyMagicOld;
-    if (!isOld && magic != velantor::studyMagic)
-        return false;
-    if (file.size() > TJsonCost::maxParseBytes)
+    const QByteArray head = file.read(studyHeadSize);
+    if (!isStudyHead(head) || file.size() > TJsonCost::maxParseBytes)
         return false;
     const QByteArray rest = file.readAll();
-    document = isOld ? rest : expandBoundedJson(rest);
+    document = head == velantor::studyMagicOld ? rest : expandBoundedJson(rest);
     return !document.isEmpty();
 }
 
@@ -106,13 +115,20 @@ QJsonObject readStudyObjects(const QString& path)
     return document;
 }
 
+qint32 readStudyId(const QString& path)
+{
+    const QJsonObject study = readStudyObjects(path).value(QLatin1String("study")).toObject();
+    const qint32 id = study.value(QLatin1String("id")).toInt();
+    return isStudyId(id) ? id : 0;
+}
+
 void saveStudyFile(Study& study, const QString& path)
 {
     const QByteArray document = QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         throw TError("Cannot create study file");
-    file.write(velantor::studyMagic, studyMagicSize);
+    file.write(velantor::studyMagic, studyHeadSize);
     file.write(qCompress(document));
     // A write that failed makes the commit fail.
     if (!file.commit())
@@ -138,7 +154,7 @@ std::unique_ptr<Study> loadStudy(const QString& path)
 
 std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
 {
-    const TEcgHeader header = readEcgHeader(path);
+    const TEcgHeader header = parseEcgHeader(readHead(path, ecgHeadSize));
     if (!header.isSound())
         return nullptr;
     try {
@@ -156,7 +172,7 @@ std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
 
 std::unique_ptr<TBeatFile> openBeatFile(TEcgFile& ecg, const QString& path)
 {
-    if (!hasBeatsMagic(path))
+    if (!isBeatsHead(readHead(path, beatsHeadSize)))
         return nullptr;
     try {
         return std::make_unique<TBeatFile>(ecg, path, beatsHeaderSize, false);
