@@ -66,6 +66,7 @@ private:
     void fillIndex();
     void openProtocols();
     qint32 makeId();
+    bool isSetOpen(const QByteArray& baseFilename) const;
     Study* enterOpenStudy(qint32 id, std::unique_ptr<Study> study, const QByteArray& baseFilename);
     TOpenStudies::iterator findOpen(const Study* study);
 

@@ -84,6 +84,9 @@ std::unique_ptr<Study> createStudyFiles(const QString& folder, const StudyInfo& 
     if (study->ecg()->writeFailed() || study->beats()->writeFailed())
         throw TError("Cannot create file");
     saveStudyFile(*study, set.study);
+    // Replacing a file takes a longer name beside it than making one. A study that could never be saved again
+    // must show that now and not after the examination.
+    saveStudyFile(*study, set.study);
     set.keep();
     return study;
 }

@@ -8,6 +8,7 @@
 #include "study/StagedFile.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
+#include "study/StudyInfo.h"
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
 #include "study/TJsonHead.h"
@@ -20,8 +21,6 @@
 #include <cmath>
 
 namespace {
-
-constexpr int studyMagicSize = 8;
 
 QString siblingPath(const QString& studyPath, const char* extension)
 {
@@ -47,11 +46,10 @@ TStudyBytes readStudyBytes(const QString& path)
     QFile file(path);
     if (!openForReading(file))
         return {};
-    const QByteArray magic = file.read(studyMagicSize);
-    const bool isOld = magic == velantor::studyMagicOld;
-    if ((!isOld && magic != velantor::studyMagic) || file.size() > TJsonCost::maxParseBytes)
+    const QByteArray head = file.read(studyHeadSize);
+    if (!isStudyHead(head) || file.size() > TJsonCost::maxParseBytes)
         return {};
-    return {file.readAll(), !isOld};
+    return {file.readAll(), head != velantor::studyMagicOld};
 }
 
 /// The document, if it has what every study has.
@@ -80,13 +78,12 @@ struct TEcgHeader
     }
 };
 
-TEcgHeader readEcgHeader(const QString& path)
+TEcgHeader parseEcgHeader(const QByteArray& head)
 {
-    QFile file(path);
     const QByteArray magic(velantor::ecgMagic);
-    if (!openForReading(file) || file.read(magic.size()) != magic)
+    if (!head.startsWith(magic))
         return {};
-    const QByteArray bytes = file.read(ecgHeaderSize);
+    const QByteArray bytes = head.mid(magic.size());
     const int end = bytes.indexOf('\0');
     const QByteArray document = end < 0 ? bytes : bytes.left(end);
     const QJsonObject ecg = QJsonDocument::fromJson(document).object().value(QLatin1String("ecg")).toObject();
@@ -97,14 +94,28 @@ TEcgHeader readEcgHeader(const QString& path)
             ecg.value(QLatin1String("channels")).toArray()};
 }
 
-bool hasBeatsMagic(const QString& path)
+QByteArray readHead(const QString& path, int size)
 {
     QFile file(path);
-    const QByteArray magic(velantor::beatsMagic);
-    return openForReading(file) && file.read(magic.size()) == magic;
+    return openForReading(file) ? file.read(size) : QByteArray();
 }
 
 } // namespace
+
+bool isStudyHead(const QByteArray& head)
+{
+    return head.startsWith(velantor::studyMagic) || head.startsWith(velantor::studyMagicOld);
+}
+
+bool isEcgHead(const QByteArray& head)
+{
+    return parseEcgHeader(head).isSound();
+}
+
+bool isBeatsHead(const QByteArray& head)
+{
+    return head.startsWith(velantor::beatsMagic);
+}
 
 QString studyFilePath(const QString& folder, const QByteArray& baseFilename, const char* extension)
 {
@@ -140,6 +151,13 @@ QJsonObject readStudyHead(const QString& path)
     return ifComplete(head.parse());
 }
 
+qint32 readStudyId(const QString& path)
+{
+    const QJsonObject study = readStudyHead(path).value(QLatin1String("study")).toObject();
+    const qint32 id = study.value(QLatin1String("id")).toInt();
+    return isStudyId(id) ? id : 0;
+}
+
 void saveStudyFile(Study& study, const QString& path)
 {
     const QByteArray document = QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
@@ -172,7 +190,7 @@ std::unique_ptr<Study> loadStudy(const QString& path)
 
 std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
 {
-    const TEcgHeader header = readEcgHeader(path);
+    const TEcgHeader header = parseEcgHeader(readHead(path, ecgHeadSize));
     if (!header.isSound())
         return nullptr;
     try {
@@ -190,7 +208,7 @@ std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
 
 std::unique_ptr<TBeatFile> openBeatFile(TEcgFile& ecg, const QString& path)
 {
-    if (!hasBeatsMagic(path))
+    if (!isBeatsHead(readHead(path, beatsHeadSize)))
         return nullptr;
     try {
         return std::make_unique<TBeatFile>(ecg, path, beatsHeaderSize, false);
