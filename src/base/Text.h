@@ -9,7 +9,8 @@ namespace velantor {
 
 inline QString fromText(const QByteArray& text)
 {
-    return QString::fromUtf8(text);
+    // With the size, for the overload without it stops at a zero character and loses the rest.
+    return QString::fromUtf8(text.constData(), text.size());
 }
 
 inline QByteArray toText(const QString& string)

@@ -73,8 +73,9 @@ struct TEcgHeader
 
     bool isSound() const
     {
+        // The width of the range: two finite ends can lie so far apart that a sample is worth no number.
         return samplingRate > 0 && resolution >= 1 && resolution <= 32 && !channels.isEmpty() &&
-               channels.size() <= velantor::maxChannels && std::isfinite(gainMin) && std::isfinite(gainMax);
+               channels.size() <= velantor::maxChannels && std::isfinite(gainMax - gainMin);
     }
 };
 
