@@ -14,14 +14,12 @@ inline double finiteNumber(const QJsonValue& value)
     return std::isfinite(number) ? number : 0.0;
 }
 
-/// Hands the objects of a list to `take`, at most `limit`; what is no object is passed over. A short text can
-/// list a million of them, each of which becomes something larger here.
+/// Hands the elements of a list to `take` as objects, at most `limit`; one that is no object is an empty one.
+/// A short text can list a million elements, each of which becomes something larger here.
 template <typename Take> void forEachObject(const QJsonValue& list, int limit, Take take)
 {
     int taken = 0;
     for (const QJsonValue element : list.toArray()) {
-        if (!element.isObject())
-            continue;
         if (taken++ == limit)
             return;
         take(element.toObject());
