@@ -1,6 +1,22 @@
 #include "cli/Command.h"
 
+#include "study/LocalStudyDatabase.h"
+
 #include <algorithm>
+
+TCommandContext::TCommandContext(const QString& dataFolder, const QStringList& arguments, TJsonOutput& output)
+    : m_dataFolder(dataFolder), m_arguments(arguments), m_output(output)
+{
+}
+
+TCommandContext::~TCommandContext() = default;
+
+LocalStudyDatabase& TCommandContext::database()
+{
+    if (!m_database)
+        m_database = std::make_unique<LocalStudyDatabase>(m_dataFolder);
+    return *m_database;
+}
 
 int TCommand::argumentCount() const
 {

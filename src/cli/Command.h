@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <span>
 #include <stdexcept>
 
@@ -17,11 +18,25 @@ public:
 };
 
 /// What a command works with.
-struct TCommandContext
+class TCommandContext
 {
-    LocalStudyDatabase& database;
-    TJsonOutput& output;
-    QStringList arguments;
+public:
+    TCommandContext(const QString& dataFolder, const QStringList& arguments, TJsonOutput& output);
+    ~TCommandContext();
+    TCommandContext(const TCommandContext&) = delete;
+    TCommandContext& operator=(const TCommandContext&) = delete;
+
+    /// The store, opened at the first call: a command looks at its arguments before anything is made on disk.
+    LocalStudyDatabase& database();
+    const QString& dataFolder() const { return m_dataFolder; }
+    const QStringList& arguments() const { return m_arguments; }
+    TJsonOutput& output() { return m_output; }
+
+private:
+    QString m_dataFolder;
+    QStringList m_arguments;
+    TJsonOutput& m_output;
+    std::unique_ptr<LocalStudyDatabase> m_database;
 };
 
 /// One command of the tool. A command is added by a row in a table such as `studyCommands`.

@@ -41,20 +41,24 @@ QJsonObject listRow(const StudyInfo& info)
 
 qint32 studyId(const TCommandContext& context)
 {
-    return parseNumber(context.arguments.at(0), "study id", 1);
+    return parseNumber(context.arguments().at(0), "study id", 1);
 }
 
-/// Throws if the index does not have the study.
-void requireListed(TCommandContext& context, qint32 id)
+bool isListed(TCommandContext& context, qint32 id)
 {
     StudyInfo info;
-    if (!context.database.findStudy(id, info))
+    return context.database().findStudy(id, info);
+}
+
+void requireListed(TCommandContext& context, qint32 id)
+{
+    if (!isListed(context, id))
         throw TError(studyNotFound);
 }
 
 Study& openStudy(TCommandContext& context)
 {
-    Study* study = context.database.openStudy(studyId(context));
+    Study* study = context.database().openStudy(studyId(context));
     if (study == nullptr)
         throw TError(studyNotFound);
     return *study;
@@ -75,8 +79,8 @@ QJsonObject describeEcg(const TEcgFile& ecg)
 
 void list(TCommandContext& context)
 {
-    for (const StudyInfo& info : context.database.listStudies())
-        context.output.writeLine(listRow(info));
+    for (const StudyInfo& info : context.database().listStudies())
+        context.output().writeLine(listRow(info));
 }
 
 void show(TCommandContext& context)
@@ -89,16 +93,17 @@ void show(TCommandContext& context)
     }
     document.insert(QLatin1String("ecg"), describeEcg(*study.ecg()));
     document.insert(QLatin1String("beats"), study.beats()->count());
-    context.output.writeLine(document);
+    context.output().writeLine(document);
 }
 
 void samples(TCommandContext& context)
 {
-    const int channel = parseNumber(context.arguments.at(1), "channel number", 0);
-    const int from = parseNumber(context.arguments.at(2), "sample position", std::numeric_limits<int>::min());
-    const int count = parseNumber(context.arguments.at(3), "sample count", 0);
+    constexpr int lowest = std::numeric_limits<int>::min();
+    const int channel = parseNumber(context.arguments().at(1), "channel number", lowest);
+    const int from = parseNumber(context.arguments().at(2), "sample position", lowest);
+    const int count = parseNumber(context.arguments().at(3), "sample count", 0);
     TEcgFile& ecg = *openStudy(context).ecg();
-    context.output.writeValues(count, [&](int i) {
+    context.output().writeValues(count, [&](int i) {
         const qint64 index = static_cast<qint64>(from) + i;
         return index < ecg.sampleCount() ? ecg.sample(channel, static_cast<int>(index)) : 0;
     });
@@ -106,42 +111,46 @@ void samples(TCommandContext& context)
 
 void protocols(TCommandContext& context)
 {
-    context.output.writeLine(context.database.protocolTableJson());
+    context.output().writeLine(context.database().protocolTableJson());
 }
 
 void importArchive(TCommandContext& context)
 {
     StudyInfo info;
-    context.database.importStudy(context.arguments.at(0), &info);
-    context.output.writeLine(listRow(info));
+    context.database().importStudy(context.arguments().at(0), &info);
+    context.output().writeLine(listRow(info));
 }
 
 void exportArchive(TCommandContext& context)
 {
     const qint32 id = studyId(context);
     requireListed(context, id);
-    context.database.exportStudy(id, QDir(context.arguments.at(1)).absolutePath());
+    context.database().exportStudy(id, QDir(context.arguments().at(1)).absolutePath());
 }
 
 void archives(TCommandContext& context)
 {
-    const QDir folder(context.arguments.at(0));
+    const QDir folder(context.arguments().at(0));
     if (!folder.exists())
-        throw TError(QStringLiteral("Folder not found: %1").arg(context.arguments.at(0)));
-    for (const StudyInfo& info : context.database.listArchives(folder.absolutePath()))
-        context.output.writeLine(archiveRow(info));
+        throw TError(QStringLiteral("Folder not found: %1").arg(context.arguments().at(0)));
+    for (const StudyInfo& info : context.database().listArchives(folder.absolutePath()))
+        context.output().writeLine(archiveRow(info));
 }
 
 void deleteStudy(TCommandContext& context)
 {
     const qint32 id = studyId(context);
     requireListed(context, id);
-    context.database.deleteStudy(id);
+    context.database().deleteStudy(id);
+    if (isListed(context, id))
+        throw TError("Study is open");
 }
 
 void rebuild(TCommandContext& context)
 {
-    context.database.rebuildIndex();
+    // Before the store opens it: the index may be what is broken.
+    LocalStudyDatabase::removeIndex(context.dataFolder());
+    context.database();
 }
 
 constexpr TCommand commands[] = {

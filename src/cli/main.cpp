@@ -3,7 +3,6 @@
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/JsonOutput.h"
-#include "study/LocalStudyDatabase.h"
 
 #include <QCoreApplication>
 
@@ -33,9 +32,8 @@ void runCommand(const TArguments& arguments)
         throw TUsageError(QStringLiteral("Unknown command %1").arg(arguments.command));
     checkArguments(*command, arguments.commandArguments);
 
-    LocalStudyDatabase database(arguments.dataFolder);
     TJsonOutput output;
-    TCommandContext context{database, output, arguments.commandArguments};
+    TCommandContext context(arguments.dataFolder, arguments.commandArguments, output);
     command->run(context);
     output.finish();
 }

@@ -7,31 +7,22 @@
 #include "study/Study.h"
 #include "study/StudyArchive.h"
 #include "study/StudyCreation.h"
-#include "study/StudyDocument.h"
 #include "study/StudyFiles.h"
+#include "study/StudyImport.h"
 #include "study/StudyIndex.h"
+#include "study/StudyScan.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
+#include <QLockFile>
 
 #include <algorithm>
 #include <optional>
 #include <random>
-#include <set>
 
 namespace {
 
 constexpr qint64 freeSpaceForStudy = 50LL * 1024 * 1024;
-
-QStringList studyFileNames(const QString& folder)
-{
-    if (folder.isEmpty())
-        return {};
-    const QString pattern = QLatin1String("*.") + QLatin1String(velantor::studyExtension);
-    // A patient's number may begin with a point, which hides the file.
-    return QDir(folder).entryList({pattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDir::Name);
-}
 
 /// Whether the set of that name holds the study, as far as its study file tells. A set without a sound study
 /// file belongs to whoever names it.
@@ -41,40 +32,25 @@ bool isSetOfStudy(const QString& folder, const QByteArray& baseFilename, qint32 
     return stored == 0 || stored == id;
 }
 
+QString indexPathOf(const QString& folder)
+{
+    return folder + QLatin1String("/data/studies.sqlite");
+}
+
 void removeSet(const QString& folder, const QByteArray& baseFilename)
 {
     for (const char* extension : {velantor::studyExtension, velantor::ecgExtension, velantor::beatsExtension})
         QFile::remove(studyFilePath(folder, baseFilename, extension));
 }
 
-/// What the list shows of the study file of that name; no value if the file is no sound study.
-std::optional<StudyInfo> readListedInfo(const QString& folder, const QString& fileName)
-{
-    const QJsonObject document = readStudyHead(folder + QLatin1Char('/') + fileName);
-    if (document.isEmpty())
-        return std::nullopt;
-    StudyInfo info;
-    readStudyInfo(info, document);
-    if (!isStudyId(info.id))
-        return std::nullopt;
-    // A set that was moved to another name, or that names files elsewhere or those of another study, is found
-    // under the name it has.
-    const QByteArray nameOfFile = velantor::toText(QFileInfo(fileName).completeBaseName());
-    const bool isWhereItSays =
-        info.baseFilename == nameOfFile ||
-        (isSafeBaseFilename(info.baseFilename) &&
-         readStudyId(studyFilePath(folder, info.baseFilename, velantor::studyExtension)) == info.id);
-    if (!isWhereItSays)
-        info.baseFilename = nameOfFile;
-    return info;
-}
-
 } // namespace
 
 LocalStudyDatabase::LocalStudyDatabase(const QString& folder) : m_folder(folder)
 {
-    if (!m_folder.isEmpty())
+    if (!m_folder.isEmpty()) {
         QDir().mkpath(m_folder + QLatin1String("/data"));
+        removeStaleImports(m_folder);
+    }
     openIndex();
     openProtocols();
 }
@@ -84,7 +60,7 @@ LocalStudyDatabase::~LocalStudyDatabase() = default;
 QString LocalStudyDatabase::indexPath() const
 {
     // A store without a folder lists nothing and refuses to create.
-    return m_folder.isEmpty() ? QStringLiteral(":memory:") : m_folder + QLatin1String("/data/studies.sqlite");
+    return m_folder.isEmpty() ? QStringLiteral(":memory:") : indexPathOf(m_folder);
 }
 
 QString LocalStudyDatabase::protocolsPath() const
@@ -100,31 +76,49 @@ void LocalStudyDatabase::openIndex()
     m_index->keep();
 }
 
+StudyIndex& LocalStudyDatabase::index()
+{
+    // A rebuild that failed leaves none; the next use tries again.
+    if (!m_index)
+        openIndex();
+    return *m_index;
+}
+
 void LocalStudyDatabase::fillIndex()
 {
+    const std::vector<StudyInfo> studies = scanStudies(m_folder);
     m_index->beginTransaction();
-    std::set<qint32> ids;
-    for (const QString& name : studyFileNames(m_folder)) {
-        const std::optional<StudyInfo> info = readListedInfo(m_folder, name);
-        if (info && ids.insert(info->id).second)
-            m_index->insert(*info);
-    }
+    for (const StudyInfo& info : studies)
+        m_index->insert(info);
     m_index->commit();
 }
 
 void LocalStudyDatabase::rebuildIndex()
 {
     m_index.reset();
-    QFile::remove(indexPath());
+    removeIndex(m_folder);
     openIndex();
+}
+
+void LocalStudyDatabase::removeIndex(const QString& folder)
+{
+    QFile index(indexPathOf(folder));
+    if (index.exists() && !index.remove())
+        throw TError(index.errorString());
 }
 
 void LocalStudyDatabase::openProtocols()
 {
-    if (m_protocols.load(protocolsPath()))
+    if (!m_folder.isEmpty() && m_protocols.load(protocolsPath()))
         return;
     m_protocols = TProtocolTable::builtIn();
-    m_protocols.save(protocolsPath());
+    saveProtocols();
+}
+
+void LocalStudyDatabase::saveProtocols() const
+{
+    if (!m_folder.isEmpty())
+        m_protocols.save(protocolsPath());
 }
 
 std::unique_ptr<Study> LocalStudyDatabase::loadStudy(const QString& path)
@@ -139,12 +133,12 @@ void LocalStudyDatabase::saveStudyFile(Study& study, const QString& path)
 
 std::vector<StudyInfo> LocalStudyDatabase::listStudies()
 {
-    return m_index->list();
+    return index().list();
 }
 
 bool LocalStudyDatabase::findStudy(qint32 id, StudyInfo& info)
 {
-    const std::optional<StudyInfo> found = m_index->find(id);
+    const std::optional<StudyInfo> found = index().find(id);
     if (found)
         info = *found;
     return found.has_value();
@@ -155,7 +149,7 @@ qint32 LocalStudyDatabase::makeId()
     std::random_device source;
     std::uniform_int_distribution<qint32> ids(1, maxStudyId);
     qint32 id = ids(source);
-    while (m_index->find(id))
+    while (index().find(id))
         id = ids(source);
     return id;
 }
@@ -168,7 +162,7 @@ Study* LocalStudyDatabase::createStudy(StudyInfo& info)
     info.id = makeId();
     std::unique_ptr<Study> study = createStudyFiles(m_folder, info);
     try {
-        m_index->insert(info);
+        index().insert(info);
     } catch (const TError&) {
         // Nothing is recorded yet, and files without a row would bar the way of the next try.
         study.reset();
@@ -194,8 +188,11 @@ Study* LocalStudyDatabase::openStudy(qint32 id)
 Study* LocalStudyDatabase::enterOpenStudy(qint32 id, std::unique_ptr<Study> study,
                                           const QByteArray& baseFilename)
 {
-    return m_openStudies.insert_or_assign(id, TOpenStudy{std::move(study), baseFilename})
-        .first->second.study.get();
+    // Without the mark, in a folder that takes no new files, the study can still be looked at.
+    std::unique_ptr<QLockFile> mark = makeMark(id);
+    mark->tryLock(0);
+    TOpenStudy entry{std::move(mark), std::move(study), baseFilename};
+    return m_openStudies.insert_or_assign(id, std::move(entry)).first->second.study.get();
 }
 
 LocalStudyDatabase::TOpenStudies::iterator LocalStudyDatabase::findOpen(const Study* study)
@@ -215,7 +212,7 @@ void LocalStudyDatabase::saveStudy(Study* study)
     ::infoFromStudy(info, *study);
     info.id = id;
     info.baseFilename = entry.baseFilename;
-    m_index->update(info);
+    index().update(info);
 }
 
 void LocalStudyDatabase::closeStudy(Study* study)
@@ -228,11 +225,11 @@ void LocalStudyDatabase::closeStudy(Study* study)
 void LocalStudyDatabase::deleteStudy(qint32 id)
 {
     StudyInfo info;
-    if (isStudyOpen(id) || !findStudy(id, info))
+    if (!findStudy(id, info) || isInUse(info))
         return;
-    if (!isSetOpen(info.baseFilename) && isSetOfStudy(m_folder, info.baseFilename, id))
+    if (isSetOfStudy(m_folder, info.baseFilename, id))
         removeSet(m_folder, info.baseFilename);
-    m_index->remove(id);
+    index().remove(id);
 }
 
 bool LocalStudyDatabase::isStudyOpen(qint32 id) const
@@ -244,6 +241,23 @@ bool LocalStudyDatabase::isSetOpen(const QByteArray& baseFilename) const
 {
     return std::any_of(m_openStudies.begin(), m_openStudies.end(),
                        [&](const auto& entry) { return entry.second.baseFilename == baseFilename; });
+}
+
+std::unique_ptr<QLockFile> LocalStudyDatabase::makeMark(qint32 id) const
+{
+    auto mark = std::make_unique<QLockFile>(m_folder + QStringLiteral("/data/study-%1.lock").arg(id));
+    // However long the examination: only a process that has gone leaves a mark that does not count.
+    mark->setStaleLockTime(0);
+    return mark;
+}
+
+/// Whether this or another process has the study, or other files under its name, open.
+bool LocalStudyDatabase::isInUse(const StudyInfo& info) const
+{
+    if (isStudyOpen(info.id) || isSetOpen(info.baseFilename))
+        return true;
+    const std::unique_ptr<QLockFile> mark = makeMark(info.id);
+    return !mark->tryLock(0) && mark->error() == QLockFile::LockFailedError;
 }
 
 void LocalStudyDatabase::infoFromStudy(StudyInfo& info, Study& study)
@@ -272,13 +286,13 @@ bool LocalStudyDatabase::protocol(const QByteArray& name, TStressProtocol& out) 
 void LocalStudyDatabase::setProtocol(const QByteArray& name, const TStressProtocol& protocol)
 {
     m_protocols.set(name, protocol);
-    m_protocols.save(protocolsPath());
+    saveProtocols();
 }
 
 void LocalStudyDatabase::deleteProtocol(const QByteArray& name)
 {
     m_protocols.remove(name);
-    m_protocols.save(protocolsPath());
+    saveProtocols();
 }
 
 void LocalStudyDatabase::exportStudy(qint32 id, const QString& folder)
@@ -293,14 +307,14 @@ void LocalStudyDatabase::importStudy(const QString& path, StudyInfo* imported)
     TArchiveImport import(path, m_folder);
     const StudyInfo& info = import.info();
     // Its files are in use: a recording must never lose the file that it is written to.
-    if (isStudyOpen(info.id) || isSetOpen(info.baseFilename))
+    if (isInUse(info))
         throw TError("Study is open");
     import.commit();
 
-    if (m_index->find(info.id))
-        m_index->update(info);
+    if (index().find(info.id))
+        index().update(info);
     else
-        m_index->insert(info);
+        index().insert(info);
     if (imported != nullptr)
         *imported = info;
 }

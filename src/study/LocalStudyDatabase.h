@@ -5,6 +5,7 @@
 
 #include <map>
 
+class QLockFile;
 class StudyIndex;
 
 /// The store in a folder of this machine: file sets, an SQLite index that can be thrown away, and the table
@@ -47,6 +48,8 @@ public:
 
     /// Throws the index away and makes it again from the files.
     void rebuildIndex();
+    /// Throws the index of a data folder away; the next start makes it again.
+    static void removeIndex(const QString& folder);
 
     /// The protocol table in the form of its file.
     QByteArray protocolTableJson() const { return m_protocols.toJson(); }
@@ -54,6 +57,8 @@ public:
 private:
     struct TOpenStudy
     {
+        /// Tells other processes that the study is in use.
+        std::unique_ptr<QLockFile> mark;
         std::unique_ptr<Study> study;
         /// Where its files are; what a window writes into the study's texts never moves them.
         QByteArray baseFilename;
@@ -64,9 +69,13 @@ private:
     QString protocolsPath() const;
     void openIndex();
     void fillIndex();
+    StudyIndex& index();
     void openProtocols();
+    void saveProtocols() const;
     qint32 makeId();
     bool isSetOpen(const QByteArray& baseFilename) const;
+    std::unique_ptr<QLockFile> makeMark(qint32 id) const;
+    bool isInUse(const StudyInfo& info) const;
     Study* enterOpenStudy(qint32 id, std::unique_ptr<Study> study, const QByteArray& baseFilename);
     TOpenStudies::iterator findOpen(const Study* study);
 

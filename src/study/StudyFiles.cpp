@@ -79,15 +79,26 @@ struct TEcgHeader
     }
 };
 
-TEcgHeader parseEcgHeader(const QByteArray& head)
+/// The document that the first bytes of a samples file hold.
+QJsonObject ecgHeaderDocument(const QByteArray& head)
 {
     const QByteArray magic(velantor::ecgMagic);
     if (!head.startsWith(magic))
         return {};
     const QByteArray bytes = head.mid(magic.size());
     const int end = bytes.indexOf('\0');
-    const QByteArray document = end < 0 ? bytes : bytes.left(end);
-    const QJsonObject ecg = QJsonDocument::fromJson(document).object().value(QLatin1String("ecg")).toObject();
+    return QJsonDocument::fromJson(end < 0 ? bytes : bytes.left(end)).object();
+}
+
+qint32 idOfStudy(const QJsonObject& document)
+{
+    const qint32 id = document.value(QLatin1String("study")).toObject().value(QLatin1String("id")).toInt();
+    return isStudyId(id) ? id : 0;
+}
+
+TEcgHeader parseEcgHeader(const QByteArray& head)
+{
+    const QJsonObject ecg = ecgHeaderDocument(head).value(QLatin1String("ecg")).toObject();
     if (ecg.value(QLatin1String("sampleFormat")).toString().isEmpty())
         return {};
     return {ecg.value(QLatin1String("samplingRate")).toInt(), ecg.value(QLatin1String("resolution")).toInt(),
@@ -154,9 +165,12 @@ QJsonObject readStudyHead(const QString& path)
 
 qint32 readStudyId(const QString& path)
 {
-    const QJsonObject study = readStudyHead(path).value(QLatin1String("study")).toObject();
-    const qint32 id = study.value(QLatin1String("id")).toInt();
-    return isStudyId(id) ? id : 0;
+    return idOfStudy(readStudyHead(path));
+}
+
+qint32 readEcgStudyId(const QString& path)
+{
+    return idOfStudy(ecgHeaderDocument(readHead(path, ecgHeadSize)));
 }
 
 void saveStudyFile(Study& study, const QString& path)

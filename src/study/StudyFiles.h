@@ -39,6 +39,8 @@ QJsonObject readStudyObjects(const QString& path);
 QJsonObject readStudyHead(const QString& path);
 /// The id in a study file; 0 if there is no sound study with a valid id.
 qint32 readStudyId(const QString& path);
+/// The same out of the head of a samples file.
+qint32 readEcgStudyId(const QString& path);
 
 /// Mark and compressed document, written beside and put in place at the end, so that a failure leaves the old
 /// file. Throws "Cannot create study file" or "Write error".

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// Room for thousands of protocols; more is not a table of ours.
-constexpr qint64 maxTableBytes = 8 * 1024 * 1024;
+/// Room for a thousand protocols; more is not a table of ours.
+constexpr qint64 maxTableBytes = 1024 * 1024;
 
 } // namespace
 
