@@ -10,8 +10,11 @@
 
 namespace {
 
-/// What Qt's parser keeps for each value, growth of its arrays included.
-constexpr qint64 bytesPerValue = 24;
+/// What Qt's parser keeps for each value, growth of its arrays included. Arrays grow by doubling: at 28 the
+/// largest affordable one stays below the step to 16 million values.
+constexpr qint64 bytesPerValue = 28;
+/// What it keeps in addition for each array and object.
+constexpr qint64 bytesPerContainer = 128;
 constexpr qint64 lengthPrefix = 4;
 /// Deflate cannot do better than this; a longer announced length is a lie.
 constexpr qint64 maxDeflateRatio = 1032;
@@ -85,6 +88,7 @@ void TJsonCost::add(const char* data, qint64 size)
             m_inString = true;
         } else {
             m_values += c == ',' || c == ':' || c == '[' || c == '{';
+            m_containers += c == '[' || c == '{';
         }
     }
 }
@@ -93,7 +97,8 @@ bool TJsonCost::isAffordable() const
 {
     // Strings that are not plain ASCII are kept in two bytes a character.
     return m_textBytes <= maxTextBytes &&
-           m_textBytes + 2 * m_stringBytes + bytesPerValue * m_values <= maxParseBytes;
+           m_textBytes + 2 * m_stringBytes + bytesPerValue * m_values + bytesPerContainer * m_containers <=
+               maxParseBytes;
 }
 
 QJsonObject parseBoundedJson(const QByteArray& text)

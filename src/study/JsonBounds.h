@@ -23,6 +23,7 @@ private:
     qint64 m_textBytes = 0;
     qint64 m_stringBytes = 0;
     qint64 m_values = 0;
+    qint64 m_containers = 0;
     bool m_inString = false;
     bool m_escaped = false;
 };
