@@ -10,10 +10,11 @@
 
 namespace {
 
-/// What Qt's parser keeps for each value, growth of its arrays included.
-constexpr qint64 bytesPerValue = 24;
+/// What Qt's parser keeps for each value, growth of its arrays included. Arrays grow by doubling: at 28 the
+/// largest affordable one stays below the step to 16 million values.
+constexpr qint64 bytesPerValue = 28;
 /// The same for each object or list.
-constexpr qint64 bytesPerContainer = 128;
+constexpr qint64 bytesPerContainer = 156;
 /// Deflate cannot do better than this; a longer announced length is a lie.
 constexpr qint64 maxDeflateRatio = 1032;
 
