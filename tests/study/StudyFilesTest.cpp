@@ -1,6 +1,7 @@
 #include "study/StudyFiles.h"
 #include "StudySet.h"
 #include "study/StudyDocument.h"
+#include "support/QtJsonLeak.h"
 
 #include <QJsonDocument>
 #include <QtEndian>
@@ -210,7 +211,7 @@ private Q_SLOTS:
         const QString path = m_set->path(ending);
         QVERIFY(writeFile(path, bytes));
         QVERIFY(loadStudy(m_set->study()) != nullptr);
-        for (unsigned seed = 0; seed < 300; ++seed) {
+        for (unsigned seed = 0; seed < 150; ++seed) {
             QVERIFY(writeFile(path, damaged(bytes, seed)));
             const auto study = loadStudy(m_set->study());
             if (!study)
