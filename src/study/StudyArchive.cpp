@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "platform/FileSync.h"
 #include "study/JsonBounds.h"
+#include "study/JsonText.h"
 #include "study/QZipFileCreator.h"
 #include "study/QZipFileExtractor.h"
 #include "study/Study.h"
@@ -34,7 +35,7 @@ QByteArray makeInfoMember(const StudyInfo& info)
                                {QLatin1String("studyDateTime"), velantor::fromText(info.studyDateTime)},
                                {QLatin1String("studyType"), velantor::fromText(info.studyType)},
                                {QLatin1String("patient"), patient}};
-    return QJsonDocument(document).toJson(QJsonDocument::Compact);
+    return compactJson(QJsonDocument(document));
 }
 
 /// Replaces the target at once; QFile::rename would refuse an existing one.

@@ -52,7 +52,8 @@ private:
 /// Whether a samples file of this acquisition could be opened again.
 bool isReadableAcquisition(const StudyInfo& info)
 {
-    return info.samplingRate > 0 && info.resolution >= 1 && info.resolution <= 32 && std::isfinite(2.0 * info.gain);
+    return info.samplingRate > 0 && info.resolution >= 1 && info.resolution <= 32 &&
+           std::isfinite(2.0 * info.gain);
 }
 
 std::unique_ptr<TEcgFile> createEcgFile(const QString& path, const StudyInfo& info)

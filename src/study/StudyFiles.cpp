@@ -5,6 +5,7 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "study/JsonBounds.h"
+#include "study/JsonText.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
 #include "study/TBeatFile.h"
@@ -109,7 +110,7 @@ QJsonObject readStudyObjects(const QString& path)
 
 void saveStudyFile(Study& study, const QString& path)
 {
-    const QByteArray document = QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
+    const QByteArray document = compactJson(QJsonDocument(makeStudyDocument(study)));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         throw TError("Cannot create study file");
