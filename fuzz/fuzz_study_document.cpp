@@ -3,6 +3,7 @@
 #include "fuzz/GoodStudy.h"
 #include "fuzz/ScratchFolder.h"
 #include "fuzz/StudyInput.h"
+#include "study/JsonText.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
 #include "study/StudyFiles.h"
@@ -34,7 +35,7 @@ private:
 
 QByteArray documentOf(Study& study)
 {
-    return QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
+    return compactJson(QJsonDocument(makeStudyDocument(study)));
 }
 
 void checkEcgHeader(Study& study)

@@ -29,15 +29,15 @@ statistic() {
     sed -n "s/^stat::$1: *//p" "$2"
 }
 
-# What the sanitizers, the fuzzer with its corpus, and the fixture of a target take before any mutation, in MB.
+# What the sanitizers, the fuzzer and the fixture of a target take for an empty input, in MB.
 base_memory() {
     local log=build/fuzz/log/$2.base.log
-    "$1" -runs=0 -print_final_stats=1 "$3" >"$log" 2>&1 || return 0
+    "$1" -runs=0 -timeout=10 -print_final_stats=1 -artifact_prefix="build/fuzz/crashes/$2/" >"$log" 2>&1 || true
     statistic peak_rss_mb "$log"
 }
 
-# A run may take 256 MB, in one piece or in many, on top of what it takes to fuzz at all; and 2 s, which are
-# 10 s under the sanitizers.
+# A run may take 256 MB, in one piece or in many, on top of what it takes to fuzz at all (the base, what the
+# sanitizer holds back, the growth of the corpus in memory); and 2 s, which are 10 s under the sanitizers.
 fuzz_one() {
     local target=$1 name corpus log base runs options
     readonly own_mb=256 corpus_growth_mb=64
@@ -46,9 +46,10 @@ fuzz_one() {
     log=build/fuzz/log/$name.log
     mkdir -p "$corpus" build/fuzz/log "build/fuzz/crashes/$name"
     [[ ! -d build/dev/fuzz-seeds/$name ]] || cp -r "build/dev/fuzz-seeds/$name/." "$corpus/"
-    base=$(base_memory "$target" "$name" "$corpus")
+    base=$(base_memory "$target" "$name")
+    base=${base:-100}
     options=(-max_total_time="${FUZZ_SECONDS:-60}" -timeout=10 -malloc_limit_mb=$own_mb
-        -rss_limit_mb=$((${base:-100} + quarantine_mb + corpus_growth_mb + own_mb))
+        -rss_limit_mb=$((base + quarantine_mb + corpus_growth_mb + own_mb))
         -print_final_stats=1 -artifact_prefix="build/fuzz/crashes/$name/")
     [[ ! -f fuzz/$name.dict ]] || options+=(-dict="fuzz/$name.dict")
     if ! "$target" "${options[@]}" "$corpus" >"$log" 2>&1; then

@@ -7,11 +7,8 @@
 /// The encoding never follows the locale: a study must read the same under any of them.
 namespace velantor {
 
-inline QString fromText(const QByteArray& text)
-{
-    // With the size, for the overload without it stops at a zero character and loses the rest.
-    return QString::fromUtf8(text.constData(), text.size());
-}
+/// All of the text; bytes that are no UTF-8 become replacement characters.
+QString fromText(const QByteArray& text);
 
 inline QByteArray toText(const QString& string)
 {

@@ -1,5 +1,6 @@
 #include "analysis/signals/TChannel.h"
 #include "base/Text.h"
+#include "study/JsonText.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
 #include "study/TEcgFile.h"
@@ -74,7 +75,7 @@ QByteArray makeEcgHeaderDocument(Study& study, int maxBytes)
     const auto documentWithTexts = [&](int length) {
         QJsonObject document = shortened(QJsonValue(whole), length).toObject();
         document.insert(QLatin1String("ecg"), ecg);
-        return QJsonDocument(document).toJson(QJsonDocument::Compact);
+        return compactJson(QJsonDocument(document));
     };
 
     // The longest texts that still fit: a lower limit never makes the document longer.

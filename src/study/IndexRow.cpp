@@ -1,6 +1,7 @@
 #include "study/IndexRow.h"
 
 #include "base/Text.h"
+#include "study/JsonText.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -107,7 +108,7 @@ QString indexRowFromInfo(const StudyInfo& info)
         if (isAnimal || !isAnimalField(field))
             row.insert(QLatin1String(field.key), velantor::fromText(info.*field.member));
     }
-    return QString::fromUtf8(QJsonDocument(row).toJson(QJsonDocument::Compact));
+    return QString::fromUtf8(compactJson(QJsonDocument(row)));
 }
 
 void readIndexRow(StudyInfo& info, const QString& data)

@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "study/FilePlacement.h"
 #include "study/JsonBounds.h"
+#include "study/JsonText.h"
 #include "study/QZipFileCreator.h"
 #include "study/QZipFileExtractor.h"
 #include "study/StudyFiles.h"
@@ -27,7 +28,7 @@ QByteArray makeInfoMember(const StudyInfo& info)
                                {QLatin1String("studyDateTime"), velantor::fromText(info.studyDateTime)},
                                {QLatin1String("studyType"), velantor::fromText(info.studyType)},
                                {QLatin1String("patient"), patient}};
-    return QJsonDocument(document).toJson(QJsonDocument::Compact);
+    return compactJson(QJsonDocument(document));
 }
 
 } // namespace

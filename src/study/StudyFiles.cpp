@@ -5,6 +5,7 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "study/JsonBounds.h"
+#include "study/JsonText.h"
 #include "study/StagedFile.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
@@ -175,7 +176,7 @@ qint32 readEcgStudyId(const QString& path)
 
 void saveStudyFile(Study& study, const QString& path)
 {
-    const QByteArray document = QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
+    const QByteArray document = compactJson(QJsonDocument(makeStudyDocument(study)));
     switch (writeStaged(path, {velantor::studyMagic, qCompress(document)})) {
     case TStagedWrite::CannotOpen:
         throw TError("Cannot create study file");

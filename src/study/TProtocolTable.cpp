@@ -1,6 +1,7 @@
 #include "study/TProtocolTable.h"
 
 #include "base/Error.h"
+#include "study/JsonText.h"
 #include "study/StagedFile.h"
 
 #include <QFile>
@@ -63,5 +64,5 @@ QByteArray TProtocolTable::toJson() const
     QJsonArray array;
     for (const auto& [name, protocol] : m_protocols)
         array.append(protocol.toJson());
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+    return compactJson(QJsonDocument(array));
 }

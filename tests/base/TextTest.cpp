@@ -23,6 +23,14 @@ private Q_SLOTS:
         QCOMPARE(velantor::toText(velantor::fromText(text)), text);
     }
 
+    void aByteOrderMarkIsACharacterLikeAnyOther()
+    {
+        for (const QByteArray& text :
+             {QByteArray("\xef\xbb\xbfPerez"), QByteArray("\xef\xbb\xbf\xef\xbb\xbf"),
+              QByteArray("Pe\xef\xbb\xbfrez")})
+            QCOMPARE(velantor::toText(velantor::fromText(text)), text);
+    }
+
     void numbersAreReadAsTyped_data()
     {
         QTest::addColumn<QByteArray>("text");

@@ -28,7 +28,7 @@ constexpr char smallDocument[] =
 constexpr char oddDocument[] =
     R"({"study":{"id":1e9,"studyDateTime":20240105,"comments":"\ud83d\ude00 \ud800 \u0000"},)"
     R"("patient":{"age":54,"weight":71.5e-3,"animalSpecies":"dog",)"
-    R"("riskFactors":[{"name":"","status":1},{"name":"a","status":true,"comment":"b"},7]},)"
+    R"("riskFactors":[{"name":"","status":1},{"name":"a","status":true,"comment":"b"},7,{"name":"\ufeffa"}]},)"
     R"("events":[{"position":1e308,"print":false},null],"echoScoring":{"segments":["ApicalSeptum",3],)"
     R"("scoreRest":[1,2,3],"scorePeak":[]},"protocol":{"stages":[{"duration":-1},[]]},)"
     R"("results":{"BPMTrend":{"type":"trend","timestamps":[2,1,1],"values":[60,-0.5]},"maxMETS":{"value":1e-9}}})";
@@ -292,9 +292,10 @@ void FuzzSeedsTest::protocolTablesLoad_data()
                       R"("workload":25}]},{"name":"b","type":"pharmacologic","stages":[{"dose":5}]},)"
                       R"({"name":"c","type":"treadmill","stages":[{"speed":2.7,"incline":10}]}])")
         << 3;
-    QTest::newRow("odd") << QByteArray(
-                                R"([7,{"name":"a\ud800"},{"stages":[{"duration":1e9},{}],"type":"ecg"}])")
-                         << 2;
+    QTest::newRow("odd")
+        << QByteArray(
+               R"([7,{"name":"a\ud800"},{"name":"\ufeff"},{"stages":[{"duration":1e9},{}],"type":"ecg"}])")
+        << 3;
 }
 
 void FuzzSeedsTest::protocolTablesLoad()

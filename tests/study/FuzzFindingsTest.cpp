@@ -1,10 +1,13 @@
 #include "fuzz/EcgInput.h"
 #include "fuzz/ScratchFolder.h"
 #include "study/FailureText.h"
+#include "study/LocalStudyDatabase.h"
 #include "study/Study.h"
+#include "study/StudyArchive.h"
 #include "study/StudyCreation.h"
 #include "study/StudyFiles.h"
 #include "study/TEcgFile.h"
+#include "study/TProtocolTable.h"
 #include "support/SampleStudy.h"
 
 #include <QtTest>
@@ -48,6 +51,44 @@ private Q_SLOTS:
                  QStringLiteral("Cannot create file"));
         info.gain = 0.5e308;
         QVERIFY(createStudyFiles(m_folder.path(), info));
+    }
+
+    void aByteOrderMarkInANameSurvivesEveryFile()
+    {
+        const QByteArray name = "\xef\xbb\xbfPerez";
+        StudyInfo info = makeSampleInfo();
+        info.lastName = name;
+        info.medicalHistoryNumber.clear();
+        TScratchFolder store;
+        LocalStudyDatabase database(store.path());
+        database.closeStudy(database.createStudy(info));
+        QVERIFY(info.baseFilename.startsWith(name));
+
+        Study* study = database.openStudy(info.id);
+        QVERIFY(study);
+        QCOMPARE(study->value("patient/lastName"), name);
+        database.closeStudy(study);
+        database.rebuildIndex();
+        QVERIFY(database.openStudy(info.id));
+
+        database.exportStudy(info.id, store.path());
+        StudyInfo exported;
+        QVERIFY(database.readArchiveInfo(archivePath(store.path(), info.baseFilename), exported));
+        QCOMPARE(exported.baseFilename, info.baseFilename);
+    }
+
+    void protocolsWhoseNamesDifferInAByteOrderMarkStayTwo()
+    {
+        TProtocolTable table;
+        table.set("Bruce", {});
+        table.set("\xef\xbb\xbf"
+                  "Bruce",
+                  {});
+        const QString path = m_folder.path("protocols.json");
+        table.save(path);
+        TProtocolTable again;
+        QVERIFY(again.load(path));
+        QCOMPARE(again.names(), table.names());
     }
 
 private:
