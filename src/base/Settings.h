@@ -4,6 +4,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <cmath>
+#include <type_traits>
+
 /// The table of the user's preferences. The store is the application's default QSettings (organisation and
 /// application name of Constants.h); it is opened at each use and dropped. Main thread only.
 
@@ -16,9 +19,20 @@ template <typename T> struct TSetting
 
     T value() const { return valueOr(fallback); }
 
+    /// `absent` also where the store holds something that is no such value.
     T valueOr(const T& absent) const
     {
-        return QSettings().value(QLatin1String(key), QVariant::fromValue(absent)).template value<T>();
+        const QVariant stored = QSettings().value(QLatin1String(key));
+        if (!stored.isValid())
+            return absent;
+        if constexpr (std::is_same_v<T, int> || std::is_same_v<T, double>) {
+            bool isNumber = false;
+            const double number = stored.toDouble(&isNumber);
+            const bool isUsable = isNumber && std::isfinite(number) && stored.template canConvert<T>();
+            return isUsable ? stored.template value<T>() : absent;
+        } else {
+            return stored.template value<T>();
+        }
     }
 
     void setValue(const T& value) const

@@ -9,7 +9,8 @@ namespace velantor {
 
 inline QString fromText(const QByteArray& text)
 {
-    return QString::fromUtf8(text);
+    // With the size, for the overload without it stops at a zero character and loses the rest.
+    return QString::fromUtf8(text.constData(), text.size());
 }
 
 inline QByteArray toText(const QString& string)
@@ -17,8 +18,8 @@ inline QByteArray toText(const QString& string)
     return string.toUtf8();
 }
 
-/// The number that a user typed, as C's atof reads it: leading blanks and trailing text are passed over,
-/// the decimal point is a point in every locale. 0 if there is no number or it is not finite.
+/// The decimal number that a user typed, read like C's atof: leading blanks and trailing text are passed
+/// over, the decimal point is a point in every locale. 0 if there is no number or it is not finite.
 double numberFromText(const QByteArray& text);
 
 } // namespace velantor

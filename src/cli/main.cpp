@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -39,12 +40,18 @@ void runCommand(const TArguments& arguments)
     output.finish();
 }
 
+void print(const QByteArray& text)
+{
+    if (std::fputs(text.constData(), stdout) < 0 || std::fflush(stdout) != 0)
+        throw TError("Write error");
+}
+
 void run(const TArguments& arguments)
 {
     if (arguments.help)
-        std::fputs(helpText().toUtf8().constData(), stdout);
+        print(helpText().toUtf8());
     else if (arguments.version)
-        std::printf("velantor-cli %s\n", velantor::applicationVersion);
+        print(QByteArray("velantor-cli ") + velantor::applicationVersion + '\n');
     else if (arguments.command.isEmpty())
         throw TUsageError(QStringLiteral("No command; see velantor-cli --help"));
     else
@@ -55,6 +62,10 @@ void run(const TArguments& arguments)
 
 int main(int argc, char* argv[])
 {
+#ifdef SIGPIPE
+    // A reader that goes away is told like a full disk, as a write that failed.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QLatin1String(velantor::organizationName));
     QCoreApplication::setApplicationName(QLatin1String(velantor::applicationName));

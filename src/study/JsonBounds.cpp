@@ -13,6 +13,8 @@ namespace {
 
 /// What Qt's parser keeps for each value, growth of its arrays included.
 constexpr qint64 bytesPerValue = 24;
+/// The same for each object or list.
+constexpr qint64 bytesPerContainer = 128;
 /// Deflate cannot do better than this; a longer announced length is a lie.
 constexpr qint64 maxDeflateRatio = 1032;
 
@@ -21,7 +23,12 @@ constexpr int pieceBytes = 64 * 1024;
 
 bool startsValue(char c)
 {
-    return c == ',' || c == ':' || c == '[' || c == '{';
+    return c == ',' || c == ':';
+}
+
+bool startsContainer(char c)
+{
+    return c == '[' || c == '{';
 }
 
 bool endsString(char c)
@@ -29,13 +36,17 @@ bool endsString(char c)
     return c == '"' || c == '\\';
 }
 
+qint64 announcedLength(const QByteArray& compressed)
+{
+    return qFromBigEndian<quint32>(compressed.constData());
+}
+
 /// Whether the length that stands in front of a stream can be true.
 bool isLengthPossible(const QByteArray& compressed)
 {
-    if (compressed.size() <= TInflater::lengthPrefix)
-        return false;
-    const qint64 announced = qFromBigEndian<quint32>(compressed.constData());
-    return announced <= TJsonCost::maxTextBytes && announced / maxDeflateRatio <= compressed.size();
+    return compressed.size() > TInflater::lengthPrefix &&
+           announcedLength(compressed) <= TJsonCost::maxParseBytes &&
+           announcedLength(compressed) / maxDeflateRatio <= compressed.size();
 }
 
 } // namespace
@@ -54,7 +65,9 @@ const char* TJsonCost::addPlain(const char* from, const char* end)
     const auto* const quote =
         static_cast<const char*>(std::memchr(from, '"', static_cast<size_t>(end - from)));
     m_inString = quote != nullptr;
-    m_values += std::count_if(from, m_inString ? quote : end, startsValue);
+    const char* const stop = m_inString ? quote : end;
+    m_valueBytes += bytesPerValue * std::count_if(from, stop, startsValue) +
+                    bytesPerContainer * std::count_if(from, stop, startsContainer);
     return m_inString ? quote + 1 : end;
 }
 
@@ -73,8 +86,7 @@ const char* TJsonCost::addQuoted(const char* from, const char* end)
 bool TJsonCost::isAffordable() const
 {
     // Strings that are not plain ASCII are kept in two bytes a character.
-    return m_textBytes <= maxTextBytes &&
-           m_textBytes + 2 * m_stringBytes + bytesPerValue * m_values <= maxParseBytes;
+    return m_heldBytes + m_textBytes + 2 * m_stringBytes + m_valueBytes <= maxParseBytes;
 }
 
 QJsonObject parseBoundedJson(const QByteArray& text)
@@ -89,7 +101,7 @@ bool expandBoundedJson(const QByteArray& compressed, const TTakePiece& take)
     if (!isLengthPossible(compressed))
         return false;
     TInflater inflater(compressed);
-    TJsonCost cost;
+    TJsonCost cost(compressed.size());
     const auto piece = std::make_unique_for_overwrite<char[]>(pieceBytes);
     while (const int size = inflater.read(piece.get(), pieceBytes)) {
         cost.add(piece.get(), size);
@@ -103,6 +115,8 @@ bool expandBoundedJson(const QByteArray& compressed, const TTakePiece& take)
 QByteArray expandBoundedJson(const QByteArray& compressed)
 {
     QByteArray text;
+    if (isLengthPossible(compressed))
+        text.reserve(static_cast<int>(announcedLength(compressed)));
     const bool isWhole =
         expandBoundedJson(compressed, [&text](const char* data, int size) { text.append(data, size); });
     return isWhole ? text : QByteArray();

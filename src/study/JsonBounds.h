@@ -10,11 +10,12 @@
 class TJsonCost
 {
 public:
-    /// Largest text that is read at all.
-    static constexpr qint64 maxTextBytes = 256LL * 1024 * 1024;
-    /// Largest memory that text and parsed document may take together. A stress test of nine hours stays
-    /// below.
+    /// Largest memory that bytes, text and parsed document may take together. A stress test of nine hours
+    /// stays below.
     static constexpr qint64 maxParseBytes = 240LL * 1024 * 1024;
+
+    /// `heldBytes` are in memory besides the text, such as its compressed form.
+    explicit TJsonCost(qint64 heldBytes = 0) : m_heldBytes(heldBytes) {}
 
     /// Adds the next piece of the text.
     void add(const char* data, qint64 size);
@@ -26,9 +27,10 @@ private:
     const char* addPlain(const char* from, const char* end);
     const char* addQuoted(const char* from, const char* end);
 
+    qint64 m_heldBytes;
     qint64 m_textBytes = 0;
     qint64 m_stringBytes = 0;
-    qint64 m_values = 0;
+    qint64 m_valueBytes = 0;
     bool m_inString = false;
     bool m_escaped = false;
 };

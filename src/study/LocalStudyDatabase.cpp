@@ -4,7 +4,6 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "platform/FreeSpace.h"
-#include "study/RiskFactors.h"
 #include "study/Study.h"
 #include "study/StudyArchive.h"
 #include "study/StudyCreation.h"
@@ -34,6 +33,20 @@ QStringList studyFileNames(const QString& folder)
     return QDir(folder).entryList({pattern}, QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDir::Name);
 }
 
+/// Whether the set of that name holds the study, as far as its study file tells. A set without a sound study
+/// file belongs to whoever names it.
+bool isSetOfStudy(const QString& folder, const QByteArray& baseFilename, qint32 id)
+{
+    const qint32 stored = readStudyId(studyFilePath(folder, baseFilename, velantor::studyExtension));
+    return stored == 0 || stored == id;
+}
+
+void removeSet(const QString& folder, const QByteArray& baseFilename)
+{
+    for (const char* extension : {velantor::studyExtension, velantor::ecgExtension, velantor::beatsExtension})
+        QFile::remove(studyFilePath(folder, baseFilename, extension));
+}
+
 /// What the list shows of the study file of that name; no value if the file is no sound study.
 std::optional<StudyInfo> readListedInfo(const QString& folder, const QString& fileName)
 {
@@ -44,12 +57,15 @@ std::optional<StudyInfo> readListedInfo(const QString& folder, const QString& fi
     readStudyInfo(info, document);
     if (!isStudyId(info.id))
         return std::nullopt;
-    // A set that was moved to another name, or that names files elsewhere, is found under the name it has.
+    // A set that was moved to another name, or that names files elsewhere or those of another study, is found
+    // under the name it has.
+    const QByteArray nameOfFile = velantor::toText(QFileInfo(fileName).completeBaseName());
     const bool isWhereItSays =
-        isSafeBaseFilename(info.baseFilename) &&
-        QFile::exists(studyFilePath(folder, info.baseFilename, velantor::studyExtension));
+        info.baseFilename == nameOfFile ||
+        (isSafeBaseFilename(info.baseFilename) &&
+         readStudyId(studyFilePath(folder, info.baseFilename, velantor::studyExtension)) == info.id);
     if (!isWhereItSays)
-        info.baseFilename = velantor::toText(QFileInfo(fileName).completeBaseName());
+        info.baseFilename = nameOfFile;
     return info;
 }
 
@@ -61,7 +77,6 @@ LocalStudyDatabase::LocalStudyDatabase(const QString& folder) : m_folder(folder)
         QDir().mkpath(m_folder + QLatin1String("/data"));
     openIndex();
     openProtocols();
-    m_riskFactorNames = standardRiskFactors();
 }
 
 LocalStudyDatabase::~LocalStudyDatabase() = default;
@@ -152,7 +167,14 @@ Study* LocalStudyDatabase::createStudy(StudyInfo& info)
     info.baseFilename = makeBaseFilename(info);
     info.id = makeId();
     std::unique_ptr<Study> study = createStudyFiles(m_folder, info);
-    m_index->insert(info);
+    try {
+        m_index->insert(info);
+    } catch (const TError&) {
+        // Nothing is recorded yet, and files without a row would bar the way of the next try.
+        study.reset();
+        removeSet(m_folder, info.baseFilename);
+        throw;
+    }
     return enterOpenStudy(info.id, std::move(study), info.baseFilename);
 }
 
@@ -208,14 +230,20 @@ void LocalStudyDatabase::deleteStudy(qint32 id)
     StudyInfo info;
     if (isStudyOpen(id) || !findStudy(id, info))
         return;
-    for (const char* extension : {velantor::studyExtension, velantor::ecgExtension, velantor::beatsExtension})
-        QFile::remove(studyFilePath(m_folder, info.baseFilename, extension));
+    if (!isSetOpen(info.baseFilename) && isSetOfStudy(m_folder, info.baseFilename, id))
+        removeSet(m_folder, info.baseFilename);
     m_index->remove(id);
 }
 
 bool LocalStudyDatabase::isStudyOpen(qint32 id) const
 {
     return m_openStudies.count(id) > 0;
+}
+
+bool LocalStudyDatabase::isSetOpen(const QByteArray& baseFilename) const
+{
+    return std::any_of(m_openStudies.begin(), m_openStudies.end(),
+                       [&](const auto& entry) { return entry.second.baseFilename == baseFilename; });
 }
 
 void LocalStudyDatabase::infoFromStudy(StudyInfo& info, Study& study)
@@ -265,7 +293,7 @@ void LocalStudyDatabase::importStudy(const QString& path, StudyInfo* imported)
     TArchiveImport import(path, m_folder);
     const StudyInfo& info = import.info();
     // Its files are in use: a recording must never lose the file that it is written to.
-    if (isStudyOpen(info.id))
+    if (isStudyOpen(info.id) || isSetOpen(info.baseFilename))
         throw TError("Study is open");
     import.commit();
 

@@ -48,7 +48,6 @@ public:
     /// Throws the index away and makes it again from the files.
     void rebuildIndex();
 
-    const std::vector<QByteArray>& riskFactorNames() const { return m_riskFactorNames; }
     /// The protocol table in the form of its file.
     QByteArray protocolTableJson() const { return m_protocols.toJson(); }
 
@@ -67,6 +66,7 @@ private:
     void fillIndex();
     void openProtocols();
     qint32 makeId();
+    bool isSetOpen(const QByteArray& baseFilename) const;
     Study* enterOpenStudy(qint32 id, std::unique_ptr<Study> study, const QByteArray& baseFilename);
     TOpenStudies::iterator findOpen(const Study* study);
 
@@ -74,5 +74,4 @@ private:
     std::unique_ptr<StudyIndex> m_index;
     TOpenStudies m_openStudies;
     TProtocolTable m_protocols;
-    std::vector<QByteArray> m_riskFactorNames;
 };

@@ -1,6 +1,7 @@
 #include "study/QZipFileExtractor.h"
 
 #include "base/Error.h"
+#include "base/Text.h"
 #include "study/MinizipDevice.h"
 
 #include <QFile>
@@ -115,7 +116,7 @@ void QZipFileExtractor::readComment(int size)
     QByteArray text(size, '\0');
     if (unzGetGlobalComment(m_zip.get(), text.data(), uLong(size)) != size)
         throw TError("Cannot read comment in zip archive");
-    m_comment = QString::fromUtf8(text);
+    m_comment = velantor::fromText(text);
 }
 
 qint64 QZipFileExtractor::uncompressedSize(const QString& memberName)

@@ -1,11 +1,8 @@
 #include "study/ResultsJson.h"
 
 #include "base/Text.h"
+#include "study/JsonObjects.h"
 #include "study/TStudyResults.h"
-
-#include <QJsonArray>
-
-#include <cmath>
 
 namespace {
 
@@ -22,19 +19,13 @@ QJsonArray makeArray(const std::vector<double>& values)
     return array;
 }
 
-double finiteOrZero(const QJsonValue& value)
-{
-    const double number = value.toDouble();
-    return std::isfinite(number) ? number : 0.0;
-}
-
 std::vector<double> readArray(const QJsonValue& value)
 {
     const QJsonArray array = value.toArray();
     std::vector<double> numbers;
     numbers.reserve(static_cast<std::size_t>(array.size()));
     for (const QJsonValue element : array)
-        numbers.push_back(finiteOrZero(element));
+        numbers.push_back(finiteNumber(element));
     return numbers;
 }
 
@@ -60,7 +51,7 @@ void readItem(TResultItem& item, const QJsonObject& object)
 {
     switch (item.kind()) {
     case TResultKind::Value:
-        static_cast<TResultValue&>(item).setValue(finiteOrZero(object.value(valueKey)));
+        static_cast<TResultValue&>(item).setValue(finiteNumber(object.value(valueKey)));
         break;
     case TResultKind::ValueArray:
         static_cast<TResultList&>(item).setValues(readArray(object.value(valuesKey)));

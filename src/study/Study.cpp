@@ -77,6 +77,7 @@ void studyFromInfo(Study& study, const StudyInfo& info)
         study.setValue(patientKey(field), info.*field.member);
     study.setStudyDateTime(info.studyDateTime);
     study.setRecordingDateTime(info.recordingDateTime);
+    study.clearRiskFactors();
     for (const TRiskFactor& factor : info.riskFactors)
         study.setRiskFactor(factor.name, factor.status, factor.comment);
 }

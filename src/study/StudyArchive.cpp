@@ -111,10 +111,10 @@ std::vector<StudyInfo> listArchives(const QString& folder)
 }
 
 TArchiveImport::TArchiveImport(const QString& path, const QString& dataFolder)
-    : m_dataFolder(dataFolder),
-      m_staging(dataFolder + QLatin1String("/data/import-XXXXXX")), m_members{{{velantor::studyExtension},
-                                                                               {velantor::ecgExtension},
-                                                                               {velantor::beatsExtension}}}
+    : m_dataFolder(dataFolder), m_staging(dataFolder + QLatin1String("/data/import-XXXXXX")),
+      m_members{{{velantor::studyExtension, studyHeadSize, isStudyHead},
+                 {velantor::ecgExtension, ecgHeadSize, isEcgHead},
+                 {velantor::beatsExtension, beatsHeadSize, isBeatsHead}}}
 {
     if (!readArchiveInfo(path, m_info) || !isSafeBaseFilename(m_info.baseFilename))
         throw TError(invalidArchive);
@@ -142,11 +142,24 @@ void TArchiveImport::unpack(const QString& path)
     if (!m_staging.isValid())
         throw TError("Cannot create file");
     QZipFileExtractor archive(path);
-    for (TMember& member : m_members) {
-        if (!archive.extractToFile(QLatin1String(member.extension), stagedPath(member)))
-            throw TError(invalidArchive);
-        member.isUnpacked = true;
+    // A study file that is never going to be read is not worth the place on the disk.
+    if (archive.uncompressedSize(QLatin1String(velantor::studyExtension)) > TJsonCost::maxParseBytes)
+        throw TError(invalidArchive);
+    for (TMember& member : m_members)
+        unpackMember(archive, member);
+}
+
+void TArchiveImport::unpackMember(QZipFileExtractor& archive, TMember& member)
+{
+    TMemberFile target(stagedPath(member), member.headSize, member.isHead);
+    try {
+        member.isUnpacked = archive.extract(QLatin1String(member.extension), target);
+    } catch (const TError&) {
+        if (!target.isRefused())
+            throw;
     }
+    if (!member.isUnpacked)
+        throw TError(invalidArchive);
 }
 
 void TArchiveImport::check()
@@ -167,12 +180,8 @@ void TArchiveImport::check()
 
 void TArchiveImport::checkReplacedStudy() const
 {
-    const QJsonObject present = readStudyHead(finalPath(m_members.front()));
-    if (present.isEmpty())
-        return;
-    StudyInfo info;
-    readStudyInfo(info, present);
-    if (info.id != m_info.id)
+    const qint32 present = readStudyId(finalPath(m_members.front()));
+    if (present != 0 && present != m_info.id)
         throw TError(invalidArchive);
 }
 

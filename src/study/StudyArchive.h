@@ -1,12 +1,15 @@
 #pragma once
 
 #include "study/StudyInfo.h"
+#include "study/TMemberFile.h"
 
 #include <QString>
 #include <QTemporaryDir>
 
 #include <array>
 #include <vector>
+
+class QZipFileExtractor;
 
 /// Path of the archive of a study in a folder.
 QString archivePath(const QString& folder, const QByteArray& baseFilename);
@@ -43,12 +46,15 @@ private:
     struct TMember
     {
         const char* extension;
+        int headSize;
+        TMemberFile::THeadCheck isHead;
         bool isUnpacked = false;
     };
 
     QString stagedPath(const TMember& member) const;
     QString finalPath(const TMember& member) const;
     void unpack(const QString& path);
+    void unpackMember(QZipFileExtractor& archive, TMember& member);
     void check();
     void checkReplacedStudy() const;
     void leaveUnpackedFiles();

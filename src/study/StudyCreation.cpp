@@ -52,7 +52,7 @@ private:
 /// Whether a samples file of this acquisition could be opened again.
 bool isReadableAcquisition(const StudyInfo& info)
 {
-    return info.samplingRate > 0 && info.resolution >= 1 && info.resolution <= 32 && std::isfinite(info.gain);
+    return info.samplingRate > 0 && info.resolution >= 1 && info.resolution <= 32 && std::isfinite(2.0 * info.gain);
 }
 
 std::unique_ptr<TEcgFile> createEcgFile(const QString& path, const StudyInfo& info)
@@ -83,6 +83,9 @@ std::unique_ptr<Study> createStudyFiles(const QString& folder, const StudyInfo& 
     study->beats()->writeHeader(makeBeatHeader());
     if (study->ecg()->writeFailed() || study->beats()->writeFailed())
         throw TError("Cannot create file");
+    saveStudyFile(*study, set.study);
+    // Replacing a file takes a longer name beside it than making one. A study that could never be saved again
+    // must show that now and not after the examination.
     saveStudyFile(*study, set.study);
     set.keep();
     return study;

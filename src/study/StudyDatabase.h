@@ -1,5 +1,6 @@
 #pragma once
 
+#include "study/RiskFactors.h"
 #include "study/StudyInfo.h"
 #include "study/TStressProtocol.h"
 
@@ -78,4 +79,10 @@ public:
     virtual QString folder() const = 0;
     /// Whether there is room for another study: 50 MB.
     virtual bool hasFreeSpace() const = 0;
+
+    /// The risk factors that the study dialog asks for, in its order.
+    const std::vector<QByteArray>& riskFactorNames() const { return m_riskFactorNames; }
+
+private:
+    std::vector<QByteArray> m_riskFactorNames = standardRiskFactors();
 };

@@ -1,20 +1,20 @@
 #include "study/StudyDocument.h"
 
-#include "analysis/signals/TChannel.h"
 #include "base/Text.h"
+#include "study/JsonObjects.h"
 #include "study/ResultsJson.h"
 #include "study/Study.h"
-#include "study/TEcgFile.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
-
-#include <cmath>
 
 using velantor::fromText;
 using velantor::toText;
 
 namespace {
+
+// More than any recording has; files with more are cut there.
+constexpr int maxEvents = 100'000;
+constexpr int maxRiskFactors = 1000;
 
 bool isAnimalField(const TStudyField& field)
 {
@@ -24,12 +24,6 @@ bool isAnimalField(const TStudyField& field)
 QByteArray patientKey(const TStudyField& field)
 {
     return QByteArray("patient/") + field.key;
-}
-
-double finiteOrZero(const QJsonValue& value)
-{
-    const double number = value.toDouble();
-    return std::isfinite(number) ? number : 0.0;
 }
 
 /// Old files stored some of the patient's texts as numbers.
@@ -66,16 +60,15 @@ QJsonArray makeEvents(const TStudyEvents& events)
     return array;
 }
 
-void readEvents(TStudyEvents& events, const QJsonArray& array)
+void readEvents(TStudyEvents& events, const QJsonValue& list)
 {
-    for (const QJsonValue value : array) {
-        const QJsonObject object = value.toObject();
+    forEachObject(list, maxEvents, [&events](const QJsonObject& object) {
         TStudyEvent& event = events.add();
         event.description = toText(object.value(QLatin1String("description")).toString());
-        event.position = finiteOrZero(object.value(QLatin1String("position")));
-        event.duration = finiteOrZero(object.value(QLatin1String("duration")));
+        event.position = finiteNumber(object.value(QLatin1String("position")));
+        event.duration = finiteNumber(object.value(QLatin1String("duration")));
         event.print = object.value(QLatin1String("print")).toBool(event.print);
-    }
+    });
 }
 
 // The arrays of the echo scoring, one per time, in the order of TEchoTime.
@@ -158,17 +151,17 @@ void fillStudy(Study& study, const QJsonObject& document)
         study.setValue(field.key, toText(studyObject.value(QLatin1String(field.key)).toString()));
     for (const TStudyField& field : patientFields())
         study.setValue(patientKey(field), patientText(patient.value(QLatin1String(field.key))));
-    for (const QJsonValue value : patient.value(QLatin1String("riskFactors")).toArray()) {
-        const QJsonObject factor = value.toObject();
+    const auto readRiskFactor = [&study](const QJsonObject& factor) {
         study.setRiskFactor(toText(factor.value(QLatin1String("name")).toString()),
                             factor.value(QLatin1String("status")).toBool(),
                             toText(factor.value(QLatin1String("comment")).toString()));
-    }
+    };
+    forEachObject(patient.value(QLatin1String("riskFactors")), maxRiskFactors, readRiskFactor);
 
     // A file without a protocol gives an empty one, which the next save writes.
     study.setProtocol(std::make_unique<TStressProtocol>(
         TStressProtocol::fromJson(document.value(QLatin1String("protocol")).toObject())));
-    readEvents(study.events(), document.value(QLatin1String("events")).toArray());
+    readEvents(study.events(), document.value(QLatin1String("events")));
     readResultsObject(study.results(), document.value(QLatin1String("results")).toObject());
     const QJsonObject echoScoring = document.value(QLatin1String("echoScoring")).toObject();
     if (!echoScoring.isEmpty())

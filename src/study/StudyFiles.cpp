@@ -5,8 +5,10 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "study/JsonBounds.h"
+#include "study/StagedFile.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
+#include "study/StudyInfo.h"
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
 #include "study/TJsonHead.h"
@@ -15,13 +17,10 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 #include <cmath>
 
 namespace {
-
-constexpr int studyMagicSize = 8;
 
 QString siblingPath(const QString& studyPath, const char* extension)
 {
@@ -36,16 +35,21 @@ struct TStudyBytes
     bool isCompressed = false;
 };
 
+/// Opening a pipe would wait for its other end.
+bool openForReading(QFile& file)
+{
+    return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
+}
+
 TStudyBytes readStudyBytes(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openForReading(file))
         return {};
-    const QByteArray magic = file.read(studyMagicSize);
-    const bool isOld = magic == velantor::studyMagicOld;
-    if ((!isOld && magic != velantor::studyMagic) || file.size() > TJsonCost::maxParseBytes)
+    const QByteArray head = file.read(studyHeadSize);
+    if (!isStudyHead(head) || file.size() > TJsonCost::maxParseBytes)
         return {};
-    return {file.readAll(), !isOld};
+    return {file.readAll(), head != velantor::studyMagicOld};
 }
 
 /// The document, if it has what every study has.
@@ -69,19 +73,20 @@ struct TEcgHeader
 
     bool isSound() const
     {
+        // The width of the range: two finite ends can lie so far apart that a sample is worth no number.
         return samplingRate > 0 && resolution >= 1 && resolution <= 32 && !channels.isEmpty() &&
-               channels.size() <= velantor::maxChannels && std::isfinite(gainMin) && std::isfinite(gainMax);
+               channels.size() <= velantor::maxChannels && std::isfinite(gainMax - gainMin);
     }
 };
 
-TEcgHeader readEcgHeader(const QString& path)
+TEcgHeader parseEcgHeader(const QByteArray& head)
 {
-    QFile file(path);
     const QByteArray magic(velantor::ecgMagic);
-    if (!file.open(QIODevice::ReadOnly) || file.read(magic.size()) != magic)
+    if (!head.startsWith(magic))
         return {};
-    const QByteArray bytes = file.read(ecgHeaderSize);
-    const QByteArray document = bytes.left(bytes.indexOf('\0'));
+    const QByteArray bytes = head.mid(magic.size());
+    const int end = bytes.indexOf('\0');
+    const QByteArray document = end < 0 ? bytes : bytes.left(end);
     const QJsonObject ecg = QJsonDocument::fromJson(document).object().value(QLatin1String("ecg")).toObject();
     if (ecg.value(QLatin1String("sampleFormat")).toString().isEmpty())
         return {};
@@ -90,14 +95,28 @@ TEcgHeader readEcgHeader(const QString& path)
             ecg.value(QLatin1String("channels")).toArray()};
 }
 
-bool hasBeatsMagic(const QString& path)
+QByteArray readHead(const QString& path, int size)
 {
     QFile file(path);
-    const QByteArray magic(velantor::beatsMagic);
-    return file.open(QIODevice::ReadOnly) && file.read(magic.size()) == magic;
+    return openForReading(file) ? file.read(size) : QByteArray();
 }
 
 } // namespace
+
+bool isStudyHead(const QByteArray& head)
+{
+    return head.startsWith(velantor::studyMagic) || head.startsWith(velantor::studyMagicOld);
+}
+
+bool isEcgHead(const QByteArray& head)
+{
+    return parseEcgHeader(head).isSound();
+}
+
+bool isBeatsHead(const QByteArray& head)
+{
+    return head.startsWith(velantor::beatsMagic);
+}
 
 QString studyFilePath(const QString& folder, const QByteArray& baseFilename, const char* extension)
 {
@@ -133,17 +152,24 @@ QJsonObject readStudyHead(const QString& path)
     return ifComplete(head.parse());
 }
 
+qint32 readStudyId(const QString& path)
+{
+    const QJsonObject study = readStudyHead(path).value(QLatin1String("study")).toObject();
+    const qint32 id = study.value(QLatin1String("id")).toInt();
+    return isStudyId(id) ? id : 0;
+}
+
 void saveStudyFile(Study& study, const QString& path)
 {
     const QByteArray document = QJsonDocument(makeStudyDocument(study)).toJson(QJsonDocument::Compact);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    switch (writeStaged(path, {velantor::studyMagic, qCompress(document)})) {
+    case TStagedWrite::CannotOpen:
         throw TError("Cannot create study file");
-    file.write(velantor::studyMagic, studyMagicSize);
-    file.write(qCompress(document));
-    // A write that failed makes the commit fail.
-    if (!file.commit())
+    case TStagedWrite::Failed:
         throw TError("Write error");
+    case TStagedWrite::Done:
+        break;
+    }
 }
 
 std::unique_ptr<Study> loadStudy(const QString& path)
@@ -165,7 +191,7 @@ std::unique_ptr<Study> loadStudy(const QString& path)
 
 std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
 {
-    const TEcgHeader header = readEcgHeader(path);
+    const TEcgHeader header = parseEcgHeader(readHead(path, ecgHeadSize));
     if (!header.isSound())
         return nullptr;
     try {
@@ -183,7 +209,7 @@ std::unique_ptr<TEcgFile> openEcgFile(const QString& path)
 
 std::unique_ptr<TBeatFile> openBeatFile(TEcgFile& ecg, const QString& path)
 {
-    if (!hasBeatsMagic(path))
+    if (!isBeatsHead(readHead(path, beatsHeadSize)))
         return nullptr;
     try {
         return std::make_unique<TBeatFile>(ecg, path, beatsHeaderSize, false);

@@ -16,6 +16,16 @@ class TEcgFile;
 inline constexpr int ecgHeaderSize = 4096;
 inline constexpr int beatsHeaderSize = 256;
 
+// First bytes by which each file shows that it is one of ours: its mark, and of the samples file the document
+// behind it.
+inline constexpr int studyHeadSize = 8;
+inline constexpr int ecgHeadSize = 6 + ecgHeaderSize;
+inline constexpr int beatsHeadSize = 8;
+/// Whether a file may begin with these bytes; fewer than the size above only if the file ends there.
+bool isStudyHead(const QByteArray& head);
+bool isEcgHead(const QByteArray& head);
+bool isBeatsHead(const QByteArray& head);
+
 /// "folder/baseFilename.extension".
 QString studyFilePath(const QString& folder, const QByteArray& baseFilename, const char* extension);
 
@@ -27,6 +37,8 @@ QJsonObject readStudyObjects(const QString& path);
 /// The `study` and `patient` of a study file, without the time that its results take; empty as above. Of the
 /// other members only the brackets are looked at: a study with a damaged number in there is still listed.
 QJsonObject readStudyHead(const QString& path);
+/// The id in a study file; 0 if there is no sound study with a valid id.
+qint32 readStudyId(const QString& path);
 
 /// Mark and compressed document, written beside and put in place at the end, so that a failure leaves the old
 /// file. Throws "Cannot create study file" or "Write error".

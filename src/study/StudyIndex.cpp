@@ -10,6 +10,9 @@
 
 namespace {
 
+/// The name under which SQLite keeps no file.
+constexpr QLatin1String inMemory(":memory:", 8);
+
 /// `source` is a database or a query, asked for its error only after the call that may have failed.
 template <typename Source> void require(bool done, const Source& source)
 {
@@ -43,8 +46,10 @@ StudyIndex::StudyIndex(const QString& path)
 {
     if (!QSqlDatabase::drivers().contains(QStringLiteral("QSQLITE")))
         throw TError("SQLite driver not available");
+    removeUnfinished();
     try {
         open();
+        prepare();
     } catch (const TError&) {
         close();
         throw;
@@ -59,23 +64,58 @@ StudyIndex::~StudyIndex()
 void StudyIndex::open()
 {
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-    m_database.setDatabaseName(m_path);
+    m_database.setDatabaseName(filePath());
     require(m_database.open(), m_database);
     // The rollback journal, so that users may delete the index file alone; whole transactions survive a power
     // cut.
     run("pragma journal_mode = delete");
     run("pragma synchronous = full");
+}
+
+void StudyIndex::prepare()
+{
     if (m_isNew)
         run("create table Study(id integer primary key, data text)");
 }
 
-void StudyIndex::close()
+void StudyIndex::keep()
+{
+    const bool isFileToBeMoved = m_unfinished && m_path != inMemory;
+    if (isFileToBeMoved) {
+        disconnect();
+        if (!QFile::rename(filePath(), m_path))
+            throw TError("Cannot create file");
+    }
+    m_unfinished = false;
+    if (isFileToBeMoved)
+        open();
+}
+
+/// Where the database is at present.
+QString StudyIndex::filePath() const
+{
+    return m_unfinished && m_path != inMemory ? m_path + QLatin1String(".new") : m_path;
+}
+
+void StudyIndex::disconnect()
 {
     m_database.close();
     m_database = QSqlDatabase();
     QSqlDatabase::removeDatabase(QLatin1String(QSqlDatabase::defaultConnection));
-    if (m_unfinished)
-        QFile::remove(m_path);
+}
+
+void StudyIndex::close()
+{
+    disconnect();
+    removeUnfinished();
+}
+
+void StudyIndex::removeUnfinished()
+{
+    if (!m_unfinished || m_path == inMemory)
+        return;
+    QFile::remove(filePath());
+    QFile::remove(filePath() + QLatin1String("-journal"));
 }
 
 void StudyIndex::beginTransaction()

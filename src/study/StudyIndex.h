@@ -24,8 +24,9 @@ public:
 
     /// Whether the file did not exist, so that the rows have to be made from the studies.
     bool isNew() const { return m_isNew; }
-    /// Declares a new index complete. Without it the file goes with this object.
-    void keep() { m_unfinished = false; }
+    /// Declares a new index complete and puts its file in place. Until then it lies beside under another
+    /// name, so that a process that dies while making it leaves none, not an empty one.
+    void keep();
 
     void beginTransaction();
     void commit();
@@ -40,8 +41,12 @@ public:
     void remove(qint32 id);
 
 private:
+    QString filePath() const;
     void open();
+    void prepare();
+    void disconnect();
     void close();
+    void removeUnfinished();
 
     QString m_path;
     bool m_isNew;

@@ -34,8 +34,9 @@ public:
     /// The load under `key` in `unit`, 0 if there is none. Known units are "mph" for a speed and "kgm/min"
     /// for a workload, in any case of letters; with any other unit the canonical value is returned.
     double value(const QByteArray& key, const QByteArray& unit = QByteArray()) const;
-    /// The same the other way. A speed does not survive the way there and back in "mph" exactly: the
-    /// treadmills take 1.6 km for a mile, while displays show the mile of 1.609344 km.
+    /// The same the other way. A speed does not survive the way there and back in "mph" exactly: it is set
+    /// at 1.6 and read at 1.609344 km for a mile, and both have to stay, or stored protocols would show other
+    /// speeds.
     void setValue(const QByteArray& key, double value, const QByteArray& unit = QByteArray());
 
     bool operator==(const TProtocolStage&) const = default;

@@ -1,11 +1,11 @@
 #include "study/TProtocolTable.h"
 
 #include "base/Error.h"
+#include "study/StagedFile.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 namespace {
 
@@ -35,13 +35,7 @@ bool TProtocolTable::load(const QString& path)
 
 void TProtocolTable::save(const QString& path) const
 {
-    QSaveFile file(path);
-    // A table in a folder that takes no new files can still be rewritten.
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    file.write(toJson());
-    file.commit();
+    writeStaged(path, {toJson()});
 }
 
 std::vector<QByteArray> TProtocolTable::names() const

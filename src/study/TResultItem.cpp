@@ -29,6 +29,13 @@ void TResultList::setValue(int index, double value)
     m_values[static_cast<std::size_t>(index)] = value;
 }
 
+void TResultList::setValues(std::vector<double> values)
+{
+    m_values = std::move(values);
+    if (count() > maxCount)
+        m_values.resize(maxCount);
+}
+
 double TResultList::maxValue() const
 {
     return m_values.empty() ? 0.0 : *std::max_element(m_values.begin(), m_values.end());

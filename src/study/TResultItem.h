@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-/// What a result holds; the codes are those of the study files' early forms.
+/// What a result holds, with its fixed code.
 enum class TResultKind
 {
     Value = 0,
@@ -46,11 +46,11 @@ private:
     double m_value;
 };
 
-/// One number per stage.
+/// A list of numbers: one per stage, or the times of single happenings.
 class TResultList : public TResultItem
 {
 public:
-    /// No test has as many stages; a larger index is a fault and is ignored.
+    /// No recording has as many; what lies beyond is a fault and is passed over.
     static constexpr int maxCount = 1'000'000;
 
     explicit TResultList(const QByteArray& name) : TResultItem(name, TResultKind::ValueArray) {}
@@ -60,8 +60,8 @@ public:
     double value(int index) const;
     /// Grows the list as needed, with 0.0 between.
     void setValue(int index, double value);
-    void setValues(std::vector<double> values) { m_values = std::move(values); }
-    void append(double value) { m_values.push_back(value); }
+    void setValues(std::vector<double> values);
+    void append(double value) { setValue(count(), value); }
     void clear() { m_values.clear(); }
     /// The greatest value, 0.0 if empty.
     double maxValue() const;

@@ -1,13 +1,15 @@
 #include "study/TStressProtocol.h"
 
 #include "base/Text.h"
-
-#include <QJsonArray>
+#include "study/JsonObjects.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace {
+
+/// A day of stages of a few seconds; a longer list is cut there.
+constexpr int maxStages = 10'000;
 
 // In the order of the enumerations.
 constexpr const char* typeWords[] = {"treadmill", "ergometer", "ecg", "tiltTest", "pharmacologic"};
@@ -79,8 +81,9 @@ TStressProtocol TStressProtocol::fromJson(const QJsonObject& object)
     TStressProtocol protocol(
         velantor::toText(object.value(QLatin1String("name")).toString()),
         enumFromWord(typeWords, object.value(QLatin1String("type")), TProtocolType::Treadmill));
-    for (const QJsonValue stage : object.value(QLatin1String("stages")).toArray())
-        protocol.m_stages.push_back(stageFromJson(stage.toObject(), protocol.m_type));
+    forEachObject(object.value(QLatin1String("stages")), maxStages, [&protocol](const QJsonObject& stage) {
+        protocol.m_stages.push_back(stageFromJson(stage, protocol.m_type));
+    });
     return protocol;
 }
 

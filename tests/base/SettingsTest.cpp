@@ -48,6 +48,14 @@ private Q_SLOTS:
         QCOMPARE(settings::ecgMonitorDisplay.hexaxialOrder.value(), false);
     }
 
+    void whatIsNoNumberReadsAsTheDefault()
+    {
+        QSettings().setValue(QStringLiteral("Config/SignalGain"), QStringLiteral("abc"));
+        QSettings().setValue(QStringLiteral("Config/LowBatteryLevel"), QStringLiteral("nan"));
+        QCOMPARE(settings::signalGain.valueOr(450), 450);
+        QCOMPARE(settings::lowBatteryLevel.valueOr(2.6), 2.6);
+    }
+
     void theStoreIsTheApplicationsOwn()
     {
         settings::acqMode.setValue(QStringLiteral("demo"));

@@ -16,6 +16,13 @@ private Q_SLOTS:
         QCOMPARE(velantor::fromText("Hipertensi\xc3\xb3n"), string);
     }
 
+    void aZeroCharacterCutsNoText()
+    {
+        const QByteArray text("before\0behind", 13);
+        QCOMPARE(velantor::fromText(text).size(), 13);
+        QCOMPARE(velantor::toText(velantor::fromText(text)), text);
+    }
+
     void numbersAreReadAsTyped_data()
     {
         QTest::addColumn<QByteArray>("text");

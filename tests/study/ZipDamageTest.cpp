@@ -80,6 +80,15 @@ private Q_SLOTS:
         QCOMPARE(openFailure(m_path), QStringLiteral("Cannot read comment in zip archive"));
     }
 
+    void aCommentIsReadBeyondAZeroCharacter()
+    {
+        TRawZip zip(m_content);
+        zip.comment = QByteArray("VTZIP1\0x", 8);
+        zip.commentSize = 8;
+        write(zip.bytes());
+        QCOMPARE(QZipFileExtractor(m_path).comment().size(), 8);
+    }
+
     void aDirectoryWithFewerMembersThanToldEndsTheSearch()
     {
         TRawZip zip(m_content);
