@@ -12,7 +12,7 @@ class StudyFolders
 public:
     static constexpr int listedRows = 100'000;
     static constexpr int restingStudies = 10'000;
-    static constexpr int longStudies = 100;
+    static constexpr int longStudies = 20;
     static constexpr double hour = 3600.0;
 
     static StudyFolders& instance();

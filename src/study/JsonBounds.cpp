@@ -6,6 +6,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -61,10 +62,13 @@ void TJsonCost::add(const char* data, qint64 size)
 
 const char* TJsonCost::addPlain(const char* from, const char* end)
 {
-    const char* const quote = std::find(from, end, '"');
-    m_valueBytes += bytesPerValue * std::count_if(from, quote, startsValue) +
-                    bytesPerContainer * std::count_if(from, quote, startsContainer);
-    m_inString = quote != end;
+    // Long stretches of numbers make this the inner loop of loading; memchr is faster than std::find.
+    const auto* const quote =
+        static_cast<const char*>(std::memchr(from, '"', static_cast<size_t>(end - from)));
+    m_inString = quote != nullptr;
+    const char* const stop = m_inString ? quote : end;
+    m_valueBytes += bytesPerValue * std::count_if(from, stop, startsValue) +
+                    bytesPerContainer * std::count_if(from, stop, startsContainer);
     return m_inString ? quote + 1 : end;
 }
 

@@ -47,8 +47,9 @@ private Q_SLOTS:
             "{'results':{']}':'{[\\'}'},'patient':{'city':'a]}\\\\'},'study':{'status':'{\\'results\\':['}}");
         QTest::newRow("inner members of the same names") << quoted(
             "{'x':{'study':{'id':1}},'study':{'results':[1],'study':2},'patient':{'events':{'a':1}}}");
+        // Texts first: Qt's parser leaks the earlier of two objects.
         QTest::newRow("the later of two")
-            << quoted("{'study':{'id':1},'patient':{'a':1},'study':{'id':2},'patient':{}}");
+            << quoted("{'study':1,'patient':'a','study':{'id':2},'patient':{}}");
         QTest::newRow("escaped keys") << quoted("{'st\\u0075dy':{'id':1},'p\\u0061tient':{'a':1}}");
         QTest::newRow("texts in their place") << quoted("{'study':'results','patient':'x','results':3}");
         QTest::newRow("only scalars") << quoted("{'a':1,'b':'c','d':null,'study':true,'e':-1.5e3}");
