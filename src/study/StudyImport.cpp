@@ -107,14 +107,12 @@ void TArchiveImport::check()
 /// The files of a study that is there are replaced only by the same study.
 void TArchiveImport::checkReplacedStudy() const
 {
-    if (isPlaceFree())
-        return;
-    const qint32 id = readStudyId(studyFilePath(m_dataFolder, m_info.baseFilename, velantor::studyExtension));
+    const QByteArray& name = m_info.baseFilename;
+    qint32 owner = readStudyId(studyFilePath(m_dataFolder, name, velantor::studyExtension));
     // A damaged study file is what an archive may have to mend; the recording still tells whose it is.
-    const qint32 owner =
-        id != 0 ? id
-                : readEcgStudyId(studyFilePath(m_dataFolder, m_info.baseFilename, velantor::ecgExtension));
-    if (owner != m_info.id)
+    if (owner == 0)
+        owner = readEcgStudyId(studyFilePath(m_dataFolder, name, velantor::ecgExtension));
+    if (owner != 0 && owner != m_info.id)
         throw TError(invalidArchive);
 }
 

@@ -157,11 +157,22 @@ private Q_SLOTS:
         QCOMPARE(samples("1", "2147483647", "2"), (QList<int>{0, 0}));
         QCOMPARE(samples("1", "-2147483648", "2"), (QList<int>{0, 0}));
         QCOMPARE(samples("14", "150", "2"), (QList<int>{0, 0}));
+        QCOMPARE(samples("-1", "150", "1"), QList<int>{0});
         QCOMPARE(samples("2147483647", "150", "1"), QList<int>{0});
         QCOMPARE(run({QStringLiteral("samples"), m_id, QStringLiteral("0"), QStringLiteral("0"),
                       QStringLiteral("0")})
                      .output,
                  QByteArray("{\"values\":[]}\n"));
+    }
+
+    void aBrokenIndexIsMadeAgain()
+    {
+        QFile index(m_folder->index());
+        QVERIFY(index.open(QIODevice::WriteOnly) && index.write("no index of ours, but long enough") > 0);
+        index.close();
+        QCOMPARE(run({QStringLiteral("list")}).status, 1);
+        QCOMPARE(run({QStringLiteral("rebuild")}).status, 0);
+        QVERIFY(run({QStringLiteral("list")}).output.contains(m_info.baseFilename));
     }
 
     void protocolsAreTheTableAsInItsFile()
@@ -279,7 +290,6 @@ private Q_SLOTS:
                                   "show 1.5",
                                   "samples 1 0 0",
                                   "samples 1 x 0 1",
-                                  "samples 1 -1 0 1",
                                   "samples 1 0 x 1",
                                   "samples 1 0 0 -1",
                                   "samples 1 0 0 1 1",

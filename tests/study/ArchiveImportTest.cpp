@@ -3,11 +3,15 @@
 #include "StoreFolder.h"
 #include "study/QZipFileCreator.h"
 #include "study/StudyDocument.h"
+#include "study/StudyImport.h"
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
 
 #include <QFileInfo>
+#include <QLockFile>
 #include <QtTest>
+
+#include <sys/time.h>
 
 namespace {
 
@@ -74,6 +78,7 @@ private Q_SLOTS:
 
     void cleanup()
     {
+        m_database.reset();
         const QStringList left = QDir(m_folder->path() + QStringLiteral("/data"))
                                      .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
         QCOMPARE(left, QStringList({QStringLiteral("protocols.json"), QStringLiteral("studies.sqlite")}));
@@ -290,7 +295,65 @@ private Q_SLOTS:
         TArchive archive = m_sound;
         archive.study = oldStudyFile(m_info.id == 1 ? 2 : 1, base);
         archive.write(m_archive);
+        // The recording tells whose the files are.
+        expectRefused(m_archive, invalidArchive);
+        QVERIFY(writeFile(m_folder->ecgFile(base), "damage"));
         expectRefused(m_archive, QStringLiteral("Study is open"));
+    }
+
+    void aRecordingWithoutItsStudyFileIsNotReplacedByAnotherStudy()
+    {
+        m_database->importStudy(m_soundArchive);
+        QVERIFY(writeFile(m_folder->studyFile(base), "damage"));
+        TArchive archive = m_sound;
+        archive.study = oldStudyFile(m_info.id == 1 ? 2 : 1, base);
+        archive.write(m_archive);
+        expectRefused(m_archive, invalidArchive);
+        m_database->importStudy(m_soundArchive);
+        QVERIFY(m_folder->setContent(base) == m_source.setContent(base));
+    }
+
+    void aPlaceThatCannotBeTakenLeavesTheOldSetWhole()
+    {
+        m_database->importStudy(m_soundArchive);
+        const QByteArray study = contentOf(m_folder->studyFile(base));
+        const QByteArray beats = contentOf(m_folder->beatsFile(base));
+        // A folder cannot be replaced by a file.
+        QVERIFY(QFile::remove(m_folder->ecgFile(base)) && QDir().mkdir(m_folder->ecgFile(base)));
+        TArchive archive = m_sound;
+        archive.study = oldStudyFile(m_info.id, base);
+        archive.beats += QByteArray(8, 'x');
+        archive.write(m_archive);
+        QCOMPARE(failureText([&] { m_database->importStudy(m_archive); }), QStringLiteral("Write error"));
+        QCOMPARE(contentOf(m_folder->studyFile(base)), study);
+        QCOMPARE(contentOf(m_folder->beatsFile(base)), beats);
+    }
+
+    void aStudyOpenInAnotherProcessIsNeitherReplacedNorDeleted()
+    {
+        m_database->importStudy(m_soundArchive);
+        QLockFile other(m_folder->path() + QStringLiteral("/data/study-%1.lock").arg(m_info.id));
+        QVERIFY(other.tryLock(0));
+        expectRefused(m_soundArchive, QStringLiteral("Study is open"));
+        m_database->deleteStudy(m_info.id);
+        QVERIFY(m_folder->hasAnyFile(base));
+        QCOMPARE(int(m_database->listStudies().size()), 1);
+        other.unlock();
+        m_database->deleteStudy(m_info.id);
+        QVERIFY(!m_folder->hasAnyFile(base));
+    }
+
+    void whatAKilledImportLeftIsRemovedADayLater()
+    {
+        m_database.reset();
+        const QString left = m_folder->path() + QStringLiteral("/data/import-abcdef");
+        QVERIFY(QDir().mkdir(left) && writeFile(left + QStringLiteral("/set.vtecg"), "part"));
+        removeStaleImports(m_folder->path());
+        QVERIFY(QDir(left).exists());
+        const timeval old[] = {{1000000000, 0}, {1000000000, 0}};
+        QCOMPARE(utimes(QFile::encodeName(left).constData(), old), 0);
+        removeStaleImports(m_folder->path());
+        QVERIFY(!QDir(left).exists());
     }
 
     void damagedFilesInTheStoreAreMendedByAnImport()

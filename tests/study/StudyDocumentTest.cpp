@@ -210,6 +210,14 @@ private Q_SLOTS:
         QCOMPARE(study->events().at(3).position, 0.0);
     }
 
+    void listsThatAShortTextBlowsUpAreCut()
+    {
+        const QByteArray zeros = QByteArray("0,").repeated(150000) + '0';
+        const auto study = filled(",\"events\":[" + zeros + "],\"protocol\":{\"stages\":[" + zeros + "]}");
+        QCOMPARE(study->events().count(), 100000);
+        QCOMPARE(study->protocol()->stageCount(), 10000);
+    }
+
     void aStudyWithoutProtocolComesBackWithAnEmptyOne()
     {
         const auto study = filled("");

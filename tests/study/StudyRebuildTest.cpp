@@ -144,6 +144,21 @@ private Q_SLOTS:
         QCOMPARE(database.listStudies().front().baseFilename, QByteArray("set"));
     }
 
+    void ofTwoSetsWithOneIdTheCompleteOneIsListed()
+    {
+        qint32 id = 0;
+        {
+            LocalStudyDatabase database(m_folder->path());
+            id = addStudy(database, "Perez").id;
+        }
+        // Comes first by name, but has neither samples nor beats.
+        QVERIFY(writeFile(m_folder->studyFile("0"), oldStudyFile(id, "0")));
+        QVERIFY(QFile::remove(m_folder->index()));
+        LocalStudyDatabase database(m_folder->path());
+        QCOMPARE(listedIds(database), QList<qint32>{id});
+        QVERIFY(database.openStudy(id) != nullptr);
+    }
+
     void aBaseNameThatBeginsWithAPointIsFound()
     {
         StudyInfo info = sampleInfoOf("Perez");

@@ -100,7 +100,7 @@ private Q_SLOTS:
 
     void aFileThatIsNoTableBySizeCannotBeRead()
     {
-        QVERIFY(writeFile(m_path, QByteArray(8 * 1024 * 1024 + 1, ' ')));
+        QVERIFY(writeFile(m_path, QByteArray(1024 * 1024 + 1, ' ')));
         TProtocolTable table;
         QCOMPARE(failureText([&] { table.load(m_path); }), QStringLiteral("Cannot read protocol table"));
     }
