@@ -2,21 +2,18 @@
 
 #include "platform/CommPortSystem.h"
 
-#include <QElapsedTimer>
-
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 
-CommPort::CommPort() : m_system(std::make_unique<TSystem>())
-{
-}
+CommPort::CommPort() : m_system(std::make_unique<TSystem>()) {}
 
 CommPort::~CommPort()
 {
     close();
 }
 
-void CommPort::open(const QString& name, const TCommSettings& settings)
+void CommPort::open(const std::string& name, const TCommSettings& settings)
 {
     close();
     m_settings = settings;
@@ -38,13 +35,18 @@ void CommPort::close()
 
 int CommPort::read(char* data, int size)
 {
-    QElapsedTimer timer;
-    timer.start();
+    using TClock = std::chrono::steady_clock;
+    const auto deadline = TClock::now() + std::chrono::milliseconds(m_settings.readTimeoutMs);
+    const auto remainingMs = [deadline] {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - TClock::now());
+        return static_cast<int>(left.count());
+    };
     int done = 0;
     while (done < size) {
-        if (m_next == m_end && !fillWithin(m_settings.readTimeoutMs - static_cast<int>(timer.elapsed())))
+        if (m_next == m_end && !fillWithin(remainingMs()))
             break;
-        const int available = static_cast<int>(std::min<std::size_t>(m_end - m_next, static_cast<std::size_t>(size - done)));
+        const int available =
+            static_cast<int>(std::min<std::size_t>(m_end - m_next, static_cast<std::size_t>(size - done)));
         std::memcpy(data + done, m_input.data() + m_next, static_cast<std::size_t>(available));
         m_next += static_cast<std::size_t>(available);
         done += available;

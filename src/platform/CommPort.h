@@ -2,9 +2,9 @@
 
 #include "base/Error.h"
 
-#include <QString>
-
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 /// How a serial port is to be set up. Parity stays as the port has it.
@@ -48,8 +48,9 @@ private:
     TReason m_reason;
 };
 
-/// A serial port of the operating system, opened for this process alone. One thread uses it; only `interrupt` may
-/// be called from another one.
+/// A serial port of the operating system, opened for this process alone. Free of Qt, so that the form for the
+/// other operating system can be built where Qt is not to be had for it. One thread uses it; only `interrupt`
+/// may be called from another one.
 class CommPort
 {
 public:
@@ -59,11 +60,11 @@ public:
     CommPort(const CommPort&) = delete;
     CommPort& operator=(const CommPort&) = delete;
 
-    /// Opens a port by its system name ("COM3", "ttyUSB0") or, where ports have paths, an absolute path, sets it up
-    /// and purges both directions. Throws TCommError with "Port not found", "Invalid port", "Port already in use",
-    /// "Connect failed", "SetupComm failed", "GetCommState failed", "SetCommState failed", "GetCommTimeouts failed",
-    /// "SetCommTimeouts failed" or "PurgeComm failed"; the port is closed then.
-    void open(const QString& name, const TCommSettings& settings);
+    /// Opens a port by its system name ("COM3", "ttyUSB0") or, where ports have paths, an absolute path, sets
+    /// it up and purges both directions. Throws TCommError with "Port not found", "Invalid port", "Port
+    /// already in use", "Connect failed", "SetupComm failed", "GetCommState failed", "SetCommState failed",
+    /// "GetCommTimeouts failed", "SetCommTimeouts failed" or "PurgeComm failed"; the port is closed then.
+    void open(const std::string& name, const TCommSettings& settings);
     bool isOpen() const;
     void close();
 
@@ -71,10 +72,7 @@ public:
     /// bytes stored in `data`, or -1 if the port has failed and none were left.
     int read(char* data, int size);
     /// The next byte, or -1. Cheap: bytes are fetched from the system in bulk.
-    int readByte()
-    {
-        return m_next < m_end || fill() ? static_cast<unsigned char>(m_input[m_next++]) : -1;
-    }
+    int readByte() { return m_next < m_end || fill() ? static_cast<unsigned char>(m_input[m_next++]) : -1; }
     /// False unless all bytes went out within the write time-out.
     bool write(const char* data, int size);
 

@@ -1,15 +1,11 @@
-#include <QtGlobal>
-
-#ifdef Q_OS_UNIX
+#ifndef _WIN32
 
 #include "platform/CommPortSystem.h"
-
-#include <QElapsedTimer>
-#include <QFile>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <utility>
 
 #include <asm/ioctls.h>
@@ -22,8 +18,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-// The settings are those of the kernel's termios2, which takes any baud rate; the C library's termios knows only
-// the standard ones, and 570000 is none of them.
+// The settings are those of the kernel's termios2, which takes any baud rate; the C library's termios knows
+// only the standard ones, and 570000 is none of them.
 
 namespace {
 
@@ -77,11 +73,11 @@ TCommError openError(int error)
     throw TCommError(TCommError::TReason::SetupFailed, text);
 }
 
-QByteArray pathOf(const QString& name)
+std::string pathOf(const std::string& name)
 {
-    if (name.isEmpty())
+    if (name.empty())
         throw openError(ENOTTY);
-    return QFile::encodeName(name.startsWith(QLatin1Char('/')) ? name : QLatin1String("/dev/") + name);
+    return name.front() == '/' ? name : "/dev/" + name;
 }
 
 tcflag_t characterSize(int dataBits)
@@ -101,7 +97,8 @@ tcflag_t characterSize(int dataBits)
 void applySettings(termios2& tty, const TCommSettings& settings)
 {
     // Raw bytes, but parity stays as it is.
-    tty.c_iflag &= ~static_cast<tcflag_t>(IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL | IXON | IXOFF);
+    tty.c_iflag &=
+        ~static_cast<tcflag_t>(IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL | IXON | IXOFF);
     tty.c_oflag &= ~static_cast<tcflag_t>(OPOST);
     tty.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     tty.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | CBAUD | (CBAUD << IBSHIFT));
@@ -152,9 +149,9 @@ void setUp(int port, const TCommSettings& settings)
         failSetup("PurgeComm failed");
 }
 
-int openAlone(const QByteArray& path)
+int openAlone(const std::string& path)
 {
-    TDescriptor port(::open(path.constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    TDescriptor port(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (!port.isOpen())
         throw openError(errno);
     if (::isatty(port.get()) == 0)
@@ -167,9 +164,17 @@ int openAlone(const QByteArray& path)
     return port.release();
 }
 
-int remaining(const QElapsedTimer& timer, int timeoutMs)
+using TClock = std::chrono::steady_clock;
+
+TClock::time_point deadlineAfter(int timeoutMs)
 {
-    return std::max(0, timeoutMs - static_cast<int>(timer.elapsed()));
+    return TClock::now() + std::chrono::milliseconds(timeoutMs);
+}
+
+int remainingMs(TClock::time_point deadline)
+{
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - TClock::now());
+    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
 }
 
 } // namespace
@@ -181,16 +186,17 @@ struct CommPort::TSystem::TState
     TDescriptor wake{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
     std::atomic<bool> interrupted = false;
 
-    /// Whether the port became ready in time; false also when interrupted. `failed` tells a port that is gone.
-    bool waitFor(short events, const QElapsedTimer& timer, int timeoutMs, bool& failed);
+    /// Whether the port became ready in time; false also when interrupted. `failed` tells a port that is
+    /// gone.
+    bool waitFor(short events, TClock::time_point deadline, bool& failed);
 };
 
-bool CommPort::TSystem::TState::waitFor(short events, const QElapsedTimer& timer, int timeoutMs, bool& failed)
+bool CommPort::TSystem::TState::waitFor(short events, TClock::time_point deadline, bool& failed)
 {
     failed = false;
     while (!interrupted) {
         pollfd waits[] = {{port.get(), events, 0}, {wake.get(), POLLIN, 0}};
-        const int ready = ::poll(waits, 2, remaining(timer, timeoutMs));
+        const int ready = ::poll(waits, 2, remainingMs(deadline));
         if (ready == 0 || (ready < 0 && errno != EINTR)) {
             failed = ready < 0;
             return false;
@@ -205,13 +211,11 @@ bool CommPort::TSystem::TState::waitFor(short events, const QElapsedTimer& timer
     return false;
 }
 
-CommPort::TSystem::TSystem() : m_state(std::make_unique<TState>())
-{
-}
+CommPort::TSystem::TSystem() : m_state(std::make_unique<TState>()) {}
 
 CommPort::TSystem::~TSystem() = default;
 
-void CommPort::TSystem::open(const QString& name, const TCommSettings& settings)
+void CommPort::TSystem::open(const std::string& name, const TCommSettings& settings)
 {
     m_state->interrupted = false;
     eventfd_t count = 0;
@@ -242,10 +246,9 @@ int CommPort::TSystem::read(char* data, int size, int timeoutMs)
 {
     if (!isOpen())
         return -1;
-    QElapsedTimer timer;
-    timer.start();
+    const TClock::time_point deadline = deadlineAfter(timeoutMs);
     bool failed = false;
-    while (m_state->waitFor(POLLIN, timer, timeoutMs, failed)) {
+    while (m_state->waitFor(POLLIN, deadline, failed)) {
         const ssize_t count = ::read(m_state->port.get(), data, static_cast<std::size_t>(size));
         if (count > 0)
             return static_cast<int>(count);
@@ -259,17 +262,17 @@ bool CommPort::TSystem::write(const char* data, int size, int timeoutMs)
 {
     if (!isOpen())
         return false;
-    QElapsedTimer timer;
-    timer.start();
+    const TClock::time_point deadline = deadlineAfter(timeoutMs);
     bool failed = false;
     int done = 0;
     while (done < size) {
-        const ssize_t count = ::write(m_state->port.get(), data + done, static_cast<std::size_t>(size - done));
+        const ssize_t count =
+            ::write(m_state->port.get(), data + done, static_cast<std::size_t>(size - done));
         if (count > 0)
             done += static_cast<int>(count);
         else if (count == 0 || (errno != EAGAIN && errno != EINTR))
             return false;
-        else if (!m_state->waitFor(POLLOUT, timer, timeoutMs, failed))
+        else if (!m_state->waitFor(POLLOUT, deadline, failed))
             return false;
     }
     return true;
@@ -296,4 +299,4 @@ bool CommPort::TSystem::isInterrupted() const
     return m_state->interrupted;
 }
 
-#endif // Q_OS_UNIX
+#endif // _WIN32

@@ -9,12 +9,12 @@ public:
     TSystem();
     ~TSystem();
 
-    void open(const QString& name, const TCommSettings& settings);
+    void open(const std::string& name, const TCommSettings& settings);
     bool isOpen() const;
     void close();
 
-    /// Waits up to `timeoutMs` for bytes and takes those that are there, at most `size`. 0 at the time-out or an
-    /// interruption, -1 if the port has failed.
+    /// Waits up to `timeoutMs` for bytes and takes those that are there, at most `size`. 0 at the time-out or
+    /// an interruption, -1 if the port has failed.
     int read(char* data, int size, int timeoutMs);
     bool write(const char* data, int size, int timeoutMs);
     bool purgeInput();

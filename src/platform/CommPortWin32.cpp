@@ -1,13 +1,10 @@
-#include <QtGlobal>
-
-#ifdef Q_OS_WIN
+#ifdef _WIN32
 
 #include "platform/CommPortSystem.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <utility>
 
 #include <windows.h>
 
@@ -105,12 +102,13 @@ struct CommPort::TSystem::TState
     THandle done{::CreateEventA(nullptr, TRUE, FALSE, nullptr)};
     std::atomic<bool> interrupted = false;
 
-    /// Waits for an operation that was begun, and takes it back if it is not over in time or interrupted. The bytes
-    /// transferred, -1 if the port has failed.
+    /// Waits for an operation that was begun, and takes it back if it is not over in time or interrupted. The
+    /// bytes transferred, -1 if the port has failed.
     int finish(OVERLAPPED& operation, BOOL begunAndDone, DWORD timeoutMs, bool mayInterrupt);
 };
 
-int CommPort::TSystem::TState::finish(OVERLAPPED& operation, BOOL begunAndDone, DWORD timeoutMs, bool mayInterrupt)
+int CommPort::TSystem::TState::finish(OVERLAPPED& operation, BOOL begunAndDone, DWORD timeoutMs,
+                                      bool mayInterrupt)
 {
     if (!begunAndDone && ::GetLastError() != ERROR_IO_PENDING)
         return -1;
@@ -125,18 +123,16 @@ int CommPort::TSystem::TState::finish(OVERLAPPED& operation, BOOL begunAndDone, 
     return static_cast<int>(transferred);
 }
 
-CommPort::TSystem::TSystem() : m_state(std::make_unique<TState>())
-{
-}
+CommPort::TSystem::TSystem() : m_state(std::make_unique<TState>()) {}
 
 CommPort::TSystem::~TSystem() = default;
 
-void CommPort::TSystem::open(const QString& name, const TCommSettings& settings)
+void CommPort::TSystem::open(const std::string& name, const TCommSettings& settings)
 {
     m_state->interrupted = false;
     ::ResetEvent(m_state->wake.get());
     char path[16];
-    std::snprintf(path, sizeof path, "\\\\.\\%.8s", name.toLocal8Bit().constData());
+    std::snprintf(path, sizeof path, "\\\\.\\%.8s", name.c_str());
     m_state->port.reset(::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                                       FILE_FLAG_OVERLAPPED, nullptr));
     if (!m_state->port.isOpen())
@@ -204,4 +200,4 @@ bool CommPort::TSystem::isInterrupted() const
     return m_state->interrupted;
 }
 
-#endif // Q_OS_WIN
+#endif // _WIN32
