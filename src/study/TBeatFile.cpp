@@ -7,22 +7,18 @@
 
 namespace {
 
-TRecordFile::TMode modeFor(bool create)
-{
-    return create ? TRecordFile::TMode::Create : TRecordFile::TMode::Open;
-}
-
 int checkedChannelCount(const TSignal& ecg, bool create)
 {
     if (ecg.channelCount() < 1 || ecg.channelCount() > velantor::maxChannels)
-        TRecordFile::fail(modeFor(create));
+        TRecordFile::fail(TRecordFile::modeFor(create));
     return ecg.channelCount();
 }
 
 } // namespace
 
 TBeatFile::TBeatFile(const TSignal& ecg, const QString& path, int headerSize, bool create)
-    : m_record(checkedChannelCount(ecg, create)), m_file(path, headerSize, m_record.size(), modeFor(create)),
+    : m_record(checkedChannelCount(ecg, create)),
+      m_file(path, headerSize, m_record.size(), TRecordFile::modeFor(create)),
       m_buffer(size_t(m_record.size()), '\0')
 {
 }

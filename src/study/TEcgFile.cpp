@@ -1,39 +1,30 @@
 #include "study/TEcgFile.h"
 
+#include "analysis/signals/Truncation.h"
+
 #include <QtEndian>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <memory>
 
 namespace {
 
-TRecordFile::TMode modeFor(bool create)
-{
-    return create ? TRecordFile::TMode::Create : TRecordFile::TMode::Open;
-}
-
 int checkedChannelCount(int channelCount, int samplingRate, bool create)
 {
     if (channelCount < 1 || channelCount > velantor::maxChannels || samplingRate <= 0)
-        TRecordFile::fail(modeFor(create));
+        TRecordFile::fail(TRecordFile::modeFor(create));
     return channelCount;
-}
-
-qint16 truncatedTo16Bits(double x)
-{
-    using Limits = std::numeric_limits<qint16>;
-    return std::isnan(x) ? qint16(0) : qint16(std::clamp<double>(x, Limits::min(), Limits::max()));
 }
 
 } // namespace
 
 TEcgFile::TEcgFile(const QString& path, int channelCount, int samplingRate, int headerSize, bool create)
     : TSignal(samplesPerBlock, checkedChannelCount(channelCount, samplingRate, create), samplingRate),
-      m_create(create), m_file(path, headerSize, channelCount * int(sizeof(qint16)), modeFor(create))
+      m_create(create),
+      m_file(path, headerSize, channelCount * int(sizeof(qint16)), TRecordFile::modeFor(create))
 {
-    updateCounts();
+    updateSampleCount();
 }
 
 TEcgFile::~TEcgFile()
@@ -76,21 +67,18 @@ short* TEcgFile::loadBlock(int channel, int block)
         return nullptr;
     auto buffer = std::make_unique_for_overwrite<short[]>(samplesPerBlock);
     fillBlock(channel, block, buffer.get());
-    if (framesIn(block) < samplesPerBlock)
-        m_openBlocks.push_back({channel, block, buffer.get()});
     return buffer.release();
 }
 
 void TEcgFile::freeBlock(void* buffer)
 {
     const std::unique_ptr<short[]> owned(static_cast<short*>(buffer));
-    std::erase_if(m_openBlocks, [&owned](const TOpenBlock& open) { return open.buffer == owned.get(); });
 }
 
 void TEcgFile::addInterleaved(const char* data, int size)
 {
-    const int frames = size / (channelCount() * int(sizeof(qint16)));
-    if (!takesSamples(frames))
+    const int frames = framesToTake(size / (channelCount() * int(sizeof(qint16))));
+    if (frames == 0)
         return;
     qToLittleEndian<qint16>(data, qsizetype(frames) * channelCount(), frameBuffer(frames));
     appendFrames(frames);
@@ -98,24 +86,27 @@ void TEcgFile::addInterleaved(const char* data, int size)
 
 void TEcgFile::addPerChannel(const short* const* data, int n)
 {
-    if (!takesSamples(n))
-        return;
-    qint16* out = frameBuffer(n);
-    for (int i = 0; i < n; ++i)
-        for (int channel = 0; channel < channelCount(); ++channel)
-            *out++ = qToLittleEndian<qint16>(data[channel][i]);
-    appendFrames(n);
+    interleave(framesToTake(n), [data](int channel, int i) { return data[channel][i]; });
 }
 
 void TEcgFile::addPerChannelDouble(const double* const* data, int n)
 {
-    if (!takesSamples(n))
-        return;
-    qint16* out = frameBuffer(n);
-    for (int i = 0; i < n; ++i)
+    interleave(framesToTake(n),
+               [data](int channel, int i) { return velantor::truncated<qint16>(data[channel][i]); });
+}
+
+int TEcgFile::framesToTake(int n) const
+{
+    return m_create ? roomFor(n) : 0;
+}
+
+template <typename SampleOf> void TEcgFile::interleave(int frames, SampleOf sampleOf)
+{
+    qint16* out = frameBuffer(frames);
+    for (int i = 0; i < frames; ++i)
         for (int channel = 0; channel < channelCount(); ++channel)
-            *out++ = qToLittleEndian(truncatedTo16Bits(data[channel][i]));
-    appendFrames(n);
+            *out++ = qToLittleEndian<qint16>(sampleOf(channel, i));
+    appendFrames(frames);
 }
 
 /// Room for that many frames, kept from append to append.
@@ -129,17 +120,15 @@ qint16* TEcgFile::frameBuffer(int frames)
 
 void TEcgFile::appendFrames(int n)
 {
-    if (!m_file.append(reinterpret_cast<const char*>(m_interleaved.data()), n))
+    if (n == 0 || !m_file.append(reinterpret_cast<const char*>(m_interleaved.data()), n))
         return;
-    updateCounts();
-    refillOpenBlocks();
+    updateSampleCount();
     notifyListeners();
 }
 
-void TEcgFile::updateCounts()
+void TEcgFile::updateSampleCount()
 {
     setSampleCount(int(std::min<qint64>(m_file.count(), std::numeric_limits<int>::max())));
-    setBlockCount(sampleCount() / samplesPerBlock);
 }
 
 /// Frames that the block has by now, 0 if there is no such block.
@@ -173,13 +162,4 @@ void TEcgFile::fillBlock(int channel, int block, short* out)
     for (int i = 0; i < frames.count; ++i, in += channelCount())
         out[i] = qFromLittleEndian(*in);
     std::fill(out + frames.count, out + samplesPerBlock, short(0));
-}
-
-/// Blocks that were handed out before they were complete take in what has been appended.
-void TEcgFile::refillOpenBlocks()
-{
-    for (const TOpenBlock& open : m_openBlocks)
-        fillBlock(open.channel, open.block, open.buffer);
-    std::erase_if(m_openBlocks,
-                  [this](const TOpenBlock& open) { return framesIn(open.block) == samplesPerBlock; });
 }

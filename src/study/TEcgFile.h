@@ -54,22 +54,14 @@ private:
         std::vector<qint16> samples;
     };
 
-    /// A buffer handed out by `loadBlock` whose block was not complete yet.
-    struct TOpenBlock
-    {
-        int channel;
-        int block;
-        short* buffer;
-    };
-
-    bool takesSamples(int n) const { return m_create && n > 0; }
+    int framesToTake(int n) const;
     qint16* frameBuffer(int frames);
+    template <typename SampleOf> void interleave(int frames, SampleOf sampleOf);
     void appendFrames(int n);
-    void updateCounts();
+    void updateSampleCount();
     int framesIn(int block) const;
     const TFrames& framesOf(int block);
     void fillBlock(int channel, int block, short* out);
-    void refillOpenBlocks();
 
     static constexpr int cachedBlocks = 16;
 
@@ -79,5 +71,4 @@ private:
     /// Block `b` lies at `b` modulo the size: a stretch of blocks is read once, whatever the order of its
     /// channels.
     std::array<TFrames, cachedBlocks> m_frames;
-    std::vector<TOpenBlock> m_openBlocks;
 };

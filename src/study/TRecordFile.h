@@ -16,6 +16,8 @@ public:
         Create ///< a new, empty file with a header of zeros; an older one of that path is lost
     };
 
+    static TMode modeFor(bool create) { return create ? TMode::Create : TMode::Open; }
+
     /// Throws TError "Cannot create file" or "Cannot open file".
     TRecordFile(const QString& path, int headerSize, int recordSize, TMode mode);
 

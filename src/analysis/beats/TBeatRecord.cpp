@@ -1,12 +1,13 @@
 #include "analysis/beats/TBeatRecord.h"
 
+#include "analysis/signals/Truncation.h"
+
 #include <QtEndian>
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 namespace {
 
@@ -46,13 +47,6 @@ double finiteOr(double x, double absent)
     return std::isfinite(x) ? x : absent;
 }
 
-template <typename Int> void putWhole(double x, char* out)
-{
-    using Limits = std::numeric_limits<Int>;
-    const double inRange = std::clamp(std::isnan(x) ? 0.0 : x, double(Limits::min()), double(Limits::max()));
-    qToLittleEndian(static_cast<Int>(inRange), out);
-}
-
 /// A slot without a value is written as 0, whatever its form.
 double slotOrZero(const TBeat& beat, int channel, int slot)
 {
@@ -71,11 +65,13 @@ void packHead(const TBeat& beat, char* out)
 
 void packChannel(const TBeat& beat, int channel, char* out)
 {
-    putWhole<qint32>(slotOrZero(beat, channel, TBeat::takesPart), out + takesPartOffset);
+    qToLittleEndian(velantor::truncated<qint32>(slotOrZero(beat, channel, TBeat::takesPart)),
+                    out + takesPartOffset);
     for (const auto& place : doublePlaces)
         putDouble(finiteOr(slotOrZero(beat, channel, place.slot), 0.0), out + place.offset);
     for (const auto& place : typePlaces)
-        putWhole<qint16>(slotOrZero(beat, channel, place.slot), out + place.offset);
+        qToLittleEndian(velantor::truncated<qint16>(slotOrZero(beat, channel, place.slot)),
+                        out + place.offset);
 }
 
 void unpackHead(const char* data, TBeat& beat)

@@ -4,6 +4,7 @@
 #include "analysis/signals/TSignal.h"
 #include "analysis/signals/Truncation.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "analysis/signals/Truncation.h"
 
+#include <cstring>
+
 namespace {
 
 constexpr int bitsOfDouble = 64;
@@ -58,9 +60,7 @@ template <typename SampleOf> void TDoubleSignal::append(int frames, SampleOf sam
     frames = roomFor(frames);
     if (frames == 0)
         return;
-    for (int channel = 0; channel < channelCount(); ++channel)
-        m_rings.write(channel, sampleCount(), frames,
-                      [channel, sampleOf](int frame) { return sampleOf(channel, frame); });
+    m_rings.write(sampleCount(), frames, sampleOf);
     setSampleCount(sampleCount() + frames);
     notifyListeners();
 }

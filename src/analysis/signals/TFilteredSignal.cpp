@@ -3,6 +3,8 @@
 #include "analysis/signals/TBlockProcessor.h"
 #include "analysis/signals/TSignalWindow.h"
 
+#include <algorithm>
+
 TFilteredSignal::TFilteredSignal(TSignal* source)
     : TSignal(source->blockSize(), source->channelCount(), source->samplingRate()), m_source(source)
 {
@@ -11,7 +13,7 @@ TFilteredSignal::TFilteredSignal(TSignal* source)
     setStorageBits(source->storageBits());
     setResolutionBits(source->resolutionBits());
     setRange(source->rangeMin(), source->rangeMax());
-    signalChanged();
+    followSource();
     source->addListener(this);
 }
 
@@ -33,6 +35,11 @@ TFilteredSignal::~TFilteredSignal()
 }
 
 void TFilteredSignal::signalChanged()
+{
+    followSource();
+}
+
+void TFilteredSignal::followSource()
 {
     setSampleCount(m_source->sampleCount());
     setBlockCount(m_source->blockCount());

@@ -25,6 +25,7 @@ private:
     explicit TFilteredSignal(TSignal* source);
 
     void signalChanged() override;
+    void followSource();
     void copyBlock(int channel, int block, short* out);
 
     TSignal* m_source;

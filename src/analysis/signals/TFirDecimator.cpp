@@ -2,6 +2,8 @@
 
 #include "analysis/signals/TSignal.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int maxDecimation = 4096;

@@ -2,6 +2,8 @@
 
 #include "analysis/signals/TSignal.h"
 
+#include <algorithm>
+
 TFirStreamBase::TFirStreamBase(const std::vector<double>& coefficients, int delay)
     : m_delay(std::max(delay, 0))
 {

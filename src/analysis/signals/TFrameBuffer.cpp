@@ -3,6 +3,9 @@
 #include "analysis/signals/TSignal.h"
 #include "analysis/signals/Truncation.h"
 
+#include <algorithm>
+#include <array>
+
 namespace {
 
 template <typename Sample> using TRows = std::array<const Sample*, velantor::maxChannels>;

@@ -2,6 +2,8 @@
 
 #include "analysis/signals/Truncation.h"
 
+#include <cstring>
+
 TInt16Signal::TInt16Signal(int blockSize, int capacity, int channelCount, int samplingRate)
     : TSignal(blockSize, channelCount, samplingRate), m_rings(this->channelCount(), capacity)
 {
@@ -50,9 +52,7 @@ template <typename SampleOf> void TInt16Signal::append(int frames, SampleOf samp
     frames = roomFor(frames);
     if (frames == 0)
         return;
-    for (int channel = 0; channel < channelCount(); ++channel)
-        m_rings.write(channel, sampleCount(), frames,
-                      [channel, sampleOf](int frame) { return sampleOf(channel, frame); });
+    m_rings.write(sampleCount(), frames, sampleOf);
     setSampleCount(sampleCount() + frames);
     notifyListeners();
 }

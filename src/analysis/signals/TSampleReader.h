@@ -2,10 +2,13 @@
 
 #include <QtGlobal>
 
+#include <array>
+
 class TSignal;
 
-/// Reads single samples of one channel at a stride, through locked blocks where the signal has them. What it
-/// gives is what `TSignal::sample` would. Keeps one block locked while it lives.
+/// Finds the extremes of spans of one channel that follow each other, looking at samples at a stride. Reads
+/// through locked blocks where the signal has them; what it sees is what `TSignal::sample` gives. Keeps one
+/// block locked while it lives.
 class TSampleReader
 {
 public:
@@ -18,16 +21,22 @@ public:
     void extremes(qint64 first, qint64 last, int* low, int* high);
 
 private:
-    int sample(qint64 index);
-    bool moveTo(int block);
+    bool isInBlock(qint64 first, qint64 last) const;
+    bool lockBlockOf(qint64 index);
     void release();
+    bool isInChunk(qint64 first, qint64 last) const;
+    bool readChunk(qint64 first, qint64 last);
+    int sample(qint64 index);
 
     TSignal* m_signal;
     int m_channel;
     int m_stride;
     int m_blockSize;
     bool m_byBlock;
-    /// Absolute index of the locked block's first sample, and the block; null when none is locked.
+    bool m_byChunk;
+    /// Absolute index of the first sample of the locked block or of the chunk.
     qint64 m_base = 0;
-    const short* m_samples = nullptr;
+    const short* m_block = nullptr;
+    int m_chunkLength = 0;
+    std::array<int, 512> m_chunk;
 };

@@ -11,7 +11,7 @@ template <typename Sample> class TSampleRing
 {
 public:
     TSampleRing(int channelCount, int capacity)
-        : m_capacity(std::max(capacity, 1)), m_rowLength(m_capacity + rowGap),
+        : m_channelCount(channelCount), m_capacity(std::max(capacity, 1)), m_rowLength(m_capacity + rowGap),
           m_samples(m_rowLength * static_cast<std::size_t>(channelCount))
     {
     }
@@ -26,17 +26,19 @@ public:
     /// Only for an index that the ring holds.
     Sample at(int channel, int index) const { return row(channel)[index % m_capacity]; }
 
-    /// Writes `frames` samples of one channel behind the `sampleCount` that are there; `sampleOf(frame)`
-    /// gives them. Those that the same call would overwrite are passed over.
-    template <typename SampleOf> void write(int channel, int sampleCount, int frames, SampleOf sampleOf)
+    /// Writes `frames` samples of each channel behind the `sampleCount` that are there; `sampleOf(channel,
+    /// frame)` gives them. Those that the same call would overwrite are passed over.
+    template <typename SampleOf> void write(int sampleCount, int frames, SampleOf sampleOf)
     {
         int frame = std::max(frames - m_capacity, 0);
         int place = static_cast<int>((static_cast<qint64>(sampleCount) + frame) % m_capacity);
         while (frame < frames) {
             const int run = std::min(frames - frame, m_capacity - place);
-            Sample* const to = row(channel) + place;
-            for (int i = 0; i < run; ++i)
-                to[i] = sampleOf(frame + i);
+            for (int channel = 0; channel < m_channelCount; ++channel) {
+                Sample* const to = row(channel) + place;
+                for (int i = 0; i < run; ++i)
+                    to[i] = sampleOf(channel, frame + i);
+            }
             frame += run;
             place = 0;
         }
@@ -78,6 +80,7 @@ private:
     Sample* row(int channel) { return m_samples.data() + m_rowLength * channel; }
     const Sample* row(int channel) const { return m_samples.data() + m_rowLength * channel; }
 
+    int m_channelCount;
     int m_capacity;
     std::size_t m_rowLength;
     std::vector<Sample> m_samples;

@@ -4,6 +4,8 @@
 
 #include <QScopeGuard>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -125,7 +127,7 @@ int TSignal::roomFor(int frames) const
 
 void TSignal::setSampleCount(int count)
 {
-    if (m_sampleCount % m_blockSize != 0)
+    if (!m_loadedBlocks.empty() && m_sampleCount % m_blockSize != 0)
         forgetBlock(m_sampleCount / m_blockSize);
     m_sampleCount = std::max(count, 0);
     m_blockCount = m_sampleCount / m_blockSize;

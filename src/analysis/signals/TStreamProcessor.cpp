@@ -2,6 +2,9 @@
 
 #include "analysis/signals/TSignal.h"
 
+#include <algorithm>
+#include <limits>
+
 void TStreamProcessor::attach(TSignal* source, int position)
 {
     m_source = source;
