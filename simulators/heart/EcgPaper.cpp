@@ -60,7 +60,7 @@ private:
     void drawPage(const TPaperPage& page, int top)
     {
         const int first = nearestInteger(page.start * framesPerSecond);
-        drawText(left, top + 5 * unitsPerMm, page.title + "   25 mm/s   10 mm/mV");
+        drawText(left, top + 5 * unitsPerMm, page.title + ", 25 mm/s, 10 mm/mV");
         for (int row = 0; row < 3; ++row) {
             const int y = top + firstRow + row * rowHeight;
             drawCalibration(y);

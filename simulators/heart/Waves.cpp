@@ -41,8 +41,8 @@ void addQrs(std::vector<TWave>& waves, double effort)
     // Septum, apex with the front wall, left free wall, basis.
     const double gain = 1 - 0.06 * effort;
     waves.push_back({-0.022, 0.0075, 0.007, TVector{-0.15, -0.06, -0.28}});
-    waves.push_back({-0.009, 0.008, 0.008, gain * TVector{0.56, 0.38, -0.34}});
-    waves.push_back({0.003, 0.009, 0.009, gain * TVector{1.02, 0.66, 0.70}});
+    waves.push_back({-0.009, 0.008, 0.008, gain * TVector{0.59, 0.40, -0.34}});
+    waves.push_back({0.003, 0.009, 0.009, gain * TVector{1.08, 0.69, 0.70}});
     waves.push_back({0.023, 0.009, 0.0095, TVector{-0.13, -0.10, 0.74}});
 }
 

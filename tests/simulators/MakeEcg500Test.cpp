@@ -64,6 +64,12 @@ private Q_SLOTS:
         QCOMPARE(texts.size(), 14);
     }
 
+    void thePictureOfTheDocumentationIsUpToDate()
+    {
+        QCOMPARE(runWith({path("e.dat"), QStringLiteral("--plot"), path("e.svg")}), 0);
+        QVERIFY(contentOf(path("e.svg")) == contentOf(QStringLiteral(DEMO_PICTURE)));
+    }
+
     void aWrongCommandLineIsRefused_data()
     {
         QTest::addColumn<QStringList>("arguments");
