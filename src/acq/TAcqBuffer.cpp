@@ -1,0 +1,35 @@
+#include "acq/TAcqBuffer.h"
+
+#include <QMutexLocker>
+
+#include <algorithm>
+
+void TAcqBuffer::push(const char* data, int size)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_bytes.insert(m_bytes.end(), data, data + size);
+    m_size.store(static_cast<qint64>(m_bytes.size() - m_first), std::memory_order_release);
+}
+
+int TAcqBuffer::pop(char* data, int size)
+{
+    const QMutexLocker lock(&m_mutex);
+    const std::size_t waiting = m_bytes.size() - m_first;
+    const std::size_t count = std::min(waiting, static_cast<std::size_t>(std::max(size, 0)));
+    std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_first), count, data);
+    m_first += count;
+    if (m_first >= m_bytes.size() - m_first) {
+        m_bytes.erase(m_bytes.begin(), m_bytes.begin() + static_cast<std::ptrdiff_t>(m_first));
+        m_first = 0;
+    }
+    m_size.store(static_cast<qint64>(waiting - count), std::memory_order_release);
+    return static_cast<int>(count);
+}
+
+void TAcqBuffer::clear()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_bytes.clear();
+    m_first = 0;
+    m_size.store(0, std::memory_order_release);
+}
