@@ -7,14 +7,15 @@
 void TAcqBuffer::push(const char* data, int size)
 {
     const QMutexLocker lock(&m_mutex);
+    const qint64 waiting = m_size.load(std::memory_order_acquire);
     m_bytes.insert(m_bytes.end(), data, data + size);
-    m_size.store(static_cast<qint64>(m_bytes.size() - m_first), std::memory_order_release);
+    m_size.store(waiting + size, std::memory_order_release);
 }
 
 int TAcqBuffer::pop(char* data, int size)
 {
     const QMutexLocker lock(&m_mutex);
-    const std::size_t waiting = m_bytes.size() - m_first;
+    const auto waiting = static_cast<std::size_t>(m_size.load(std::memory_order_acquire));
     const std::size_t count = std::min(waiting, static_cast<std::size_t>(std::max(size, 0)));
     std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_first), count, data);
     m_first += count;
@@ -29,6 +30,7 @@ int TAcqBuffer::pop(char* data, int size)
 void TAcqBuffer::clear()
 {
     const QMutexLocker lock(&m_mutex);
+    static_cast<void>(m_size.load(std::memory_order_acquire));
     m_bytes.clear();
     m_first = 0;
     m_size.store(0, std::memory_order_release);

@@ -23,5 +23,7 @@ private:
     /// Waiting bytes are those from m_first on; the room before them is reclaimed when it outgrows them.
     std::vector<char> m_bytes;
     std::size_t m_first = 0;
+    /// Read first and written last under the lock, which orders the accesses for those, too, that do not see
+    /// into the mutex.
     std::atomic<qint64> m_size = 0;
 };
