@@ -16,8 +16,8 @@ constexpr int releasePeriodMs = 5;
 } // namespace
 
 TQtAcqDriver::TQtAcqDriver(TAcqDevice* device, TSignal* signal)
-    : TAcqDriver(device, signal), m_blockingReceiver(this),
-      m_thread(std::make_unique<TQtAcqDriverThread>(device, channelMuted()))
+    : TAcqDriver(device, signal), m_thread(std::make_unique<TQtAcqDriverThread>(device, channelMuted())),
+      m_blockingReceiver(this)
 {
     qRegisterMetaType<QVector<char>>();
 }
@@ -89,6 +89,12 @@ double TQtAcqDriver::batteryVoltage()
 void TQtAcqDriver::setPendingBlockLimit(int blocks)
 {
     m_thread->setPendingBlockLimit(blocks);
+}
+
+bool TQtAcqDriver::event(QEvent* event)
+{
+    m_thread->waitUntilPosted();
+    return TAcqDriver::event(event);
 }
 
 void TQtAcqDriver::appendBlock(const QVector<char>& block)

@@ -33,6 +33,8 @@ public:
     /// any number. For replay at full speed, where nothing else bounds the memory. Before the start.
     void setPendingBlockLimit(int blocks);
 
+    bool event(QEvent* event) override;
+
 private Q_SLOTS:
     void appendBlock(const QVector<char>& block);
     void reportPulse(int sampleOffset);
@@ -42,10 +44,11 @@ private:
     void connectThread();
     void disconnectThread();
 
+    /// Outlives our child, whose coming and going are events, too.
+    std::unique_ptr<TQtAcqDriverThread> m_thread;
     /// Receives what the pump blocks for. Calls that are posted to it can be taken away, which releases the
     /// pump, without touching the data blocks on their way to the driver.
     QObject m_blockingReceiver;
-    std::unique_ptr<TQtAcqDriverThread> m_thread;
     QMetaObject::Connection m_connections[3];
     int m_blockingCallDepth = 0;
     bool m_started = false;

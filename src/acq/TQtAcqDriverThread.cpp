@@ -143,8 +143,9 @@ void TQtAcqDriverThread::emitBlock(int size)
 {
     QVector<char> block(size);
     std::copy_n(m_buffer.begin(), size, block.begin());
-    m_pendingBlocks.fetch_add(1, std::memory_order_acq_rel);
-    Q_EMIT data(block);
+    m_pendingBlocks.fetch_add(1, std::memory_order_relaxed);
+    const std::lock_guard lock(m_postingMutex);
+    Q_EMIT data(std::move(block));
 }
 
 void TQtAcqDriverThread::fail(const QString& text)

@@ -37,7 +37,7 @@ public:
         return m_events;
     }
 
-    QVector<QVector<char>> blocks() const
+    std::vector<QVector<char>> blocks() const
     {
         const std::lock_guard lock(m_mutex);
         return m_blocks;
@@ -60,7 +60,7 @@ private:
 
     mutable std::mutex m_mutex;
     QStringList m_events;
-    QVector<QVector<char>> m_blocks;
+    std::vector<QVector<char>> m_blocks;
 };
 
 class AcqPumpTest : public QObject
@@ -88,7 +88,7 @@ private Q_SLOTS:
         m_pump->start();
         QTRY_COMPARE(frameCounts(), QVector<int>{51});
         QCOMPARE(m_device->bytesAvailable(), 0);
-        QCOMPARE(bytesOf(m_log->blocks().first()), m_device->frames(0, 51));
+        QCOMPARE(bytesOf(m_log->blocks().front()), m_device->frames(0, 51));
     }
 
     void fiftyFramesWaitForTheNext()
@@ -204,7 +204,7 @@ private Q_SLOTS:
         m_device->pushFrames(51);
         m_pump->start();
         QTRY_COMPARE(frameCounts(), QVector<int>{51});
-        QCOMPARE(bytesOf(m_log->blocks().first()), withZeros(m_device->frames(0, 51), {0, 4, 13}));
+        QCOMPARE(bytesOf(m_log->blocks().front()), withZeros(m_device->frames(0, 51), {0, 4, 13}));
     }
 
     void fewerMuteFlagsThanChannelsMuteThose()
@@ -215,10 +215,10 @@ private Q_SLOTS:
         const PumpLog log(pump);
         m_device->pushFrames(51);
         pump.start();
-        QTRY_COMPARE(log.blocks().size(), 1);
+        QTRY_COMPARE(log.blocks().size(), std::size_t(1));
         pump.requestInterruption();
         QVERIFY(pump.waitForEnd(5000));
-        QCOMPARE(bytesOf(log.blocks().first()), withZeros(m_device->frames(0, 51), {1}));
+        QCOMPARE(bytesOf(log.blocks().front()), withZeros(m_device->frames(0, 51), {1}));
     }
 
     void aResetComesOnceWithTheNextBlock()
