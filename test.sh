@@ -9,8 +9,9 @@ usage() {
     cat <<'TEXT'
 Usage: ./test.sh [--all]
   (nothing)  install missing Debian packages, build the dev preset, run its tests
-  --all      also: layers, layout and static checks; tests under the address and the thread sanitizers;
-             fuzzers (FUZZ_SECONDS each, 60); release build with a moment of every benchmark
+  --all      also: layers, layout and static checks; the Win32 form of the serial port; tests under the address
+             and the thread sanitizers; fuzzers (FUZZ_SECONDS each, 60); release build with a moment of every
+             benchmark
 TEXT
 }
 
@@ -85,6 +86,7 @@ if ((all)); then
     stage "layers" python3 scripts/check-includes.py
     stage "layout" bash scripts/check-format.sh
     stage "static checks" bash scripts/check-tidy.sh
+    stage "Win32 port" bash scripts/check-win32.sh
     stage "address sanitizer" test_preset asan
     stage "thread sanitizer" test_preset_fixed_layout tsan
     stage "fuzzers" bash scripts/run-fuzzers.sh

@@ -79,7 +79,8 @@ public:
     bool purgeInput();
     bool purgeOutput();
 
-    /// Ends a waiting read at once, and every later one, until the port is opened again. Any thread.
+    /// Ends a waiting read or write at once, and every later one that would wait, until the port is opened
+    /// again; bytes already fetched and a write that fits at once still go. Any thread.
     void interrupt();
     bool isInterrupted() const;
 

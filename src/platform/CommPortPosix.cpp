@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <thread>
 #include <utility>
 
 #include <asm/ioctls.h>
@@ -97,8 +98,8 @@ tcflag_t characterSize(int dataBits)
 void applySettings(termios2& tty, const TCommSettings& settings)
 {
     // Raw bytes, but parity stays as it is.
-    tty.c_iflag &=
-        ~static_cast<tcflag_t>(IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL | IXON | IXOFF);
+    tty.c_iflag &= ~static_cast<tcflag_t>(IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL | IUCLC |
+                                          IXON | IXOFF);
     tty.c_oflag &= ~static_cast<tcflag_t>(OPOST);
     tty.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     tty.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | CBAUD | (CBAUD << IBSHIFT));
@@ -177,6 +178,22 @@ int remainingMs(TClock::time_point deadline)
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
 }
 
+/// Gives the last bytes a moment to go out. The kernel holds up a close for half a minute if the other side
+/// takes nothing any more, so that what is left then is dropped.
+void drainOrDrop(int port)
+{
+    constexpr int drainMs = 50;
+    const TClock::time_point deadline = deadlineAfter(drainMs);
+    int waiting = 0;
+    while (::ioctl(port, TIOCOUTQ, &waiting) == 0 && waiting > 0) {
+        if (TClock::now() >= deadline) {
+            flush(port, TCOFLUSH);
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
 } // namespace
 
 struct CommPort::TSystem::TState
@@ -238,6 +255,7 @@ void CommPort::TSystem::close()
 {
     if (!isOpen())
         return;
+    drainOrDrop(m_state->port.get());
     ::ioctl(m_state->port.get(), TIOCNXCL);
     m_state->port.reset();
 }

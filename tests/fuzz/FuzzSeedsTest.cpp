@@ -1,3 +1,5 @@
+#include "acq/FrameBytes.h"
+#include "acq/TFrameParser.h"
 #include "base/Constants.h"
 #include "base/Error.h"
 #include "fuzz/ArchiveInput.h"
@@ -18,6 +20,7 @@
 #include <QJsonDocument>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -51,6 +54,24 @@ std::vector<TArchiveMember> membersOf(const QByteArray& baseFilename, const QByt
             {"info", TMemberContent::Block, infoDocument(baseFilename)}};
 }
 
+/// Samples of all sizes, some electrodes off.
+QByteArray frameOf(const TFrameBytes& family)
+{
+    QByteArray frame = family.with({1, -2, 32767, 0, 0, 0, -32768, 256, -256, 32001, -32001, 7, 8, 9});
+    frame[family.statusA] = '\x30';
+    frame[family.statusB] = '\x20';
+    frame[family.battery] = '\x80';
+    return frame;
+}
+
+int framesIn(TFrameParser parser, const QByteArray& bytes)
+{
+    TEcgSample sample;
+    return static_cast<int>(std::count_if(bytes.begin(), bytes.end(), [&](char byte) {
+        return parser.add(static_cast<unsigned char>(byte), sample);
+    }));
+}
+
 } // namespace
 
 /// Writes the inputs that the fuzzers start from. A seed that no longer is what it is meant to be would leave
@@ -75,6 +96,8 @@ private Q_SLOTS:
     void badArchivesAreRefused();
     void protocolTablesLoad_data();
     void protocolTablesLoad();
+    void frameStreamsHoldFrames_data();
+    void frameStreamsHoldFrames();
     void anyBytesAreAnInput();
 
 private:
@@ -307,6 +330,29 @@ void FuzzSeedsTest::protocolTablesLoad()
     QVERIFY(table.load(path));
     QCOMPARE(static_cast<int>(table.names().size()), protocols);
     save("fuzz_protocol_table", seed);
+}
+
+void FuzzSeedsTest::frameStreamsHoldFrames_data()
+{
+    QTest::addColumn<QByteArray>("seed");
+    QTest::addColumn<int>("standardFrames");
+    QTest::addColumn<int>("highRateFrames");
+    const QByteArray standard = frameOf(TFrameBytes::standard());
+    const QByteArray highRate = frameOf(TFrameBytes::highRate());
+    QTest::newRow("standard") << standard.repeated(3) << 3 << 0;
+    QTest::newRow("high rate") << highRate.repeated(4) << 0 << 4;
+    QTest::newRow("both") << standard + highRate + standard << 2 << 1;
+    QTest::newRow("byte lost") << standard.repeated(2).remove(50, 1) + standard << 2 << 0;
+    QTest::newRow("second start") << standard.left(12) + standard + standard << 1 << 0;
+    QTest::newRow("begun in a frame") << highRate.mid(5) + highRate.repeated(2) << 0 << 2;
+}
+
+void FuzzSeedsTest::frameStreamsHoldFrames()
+{
+    QFETCH(QByteArray, seed);
+    QTEST(framesIn(TStdFrameParser(), seed), "standardFrames");
+    QTEST(framesIn(THRFrameParser(), seed), "highRateFrames");
+    save("fuzz_frame_parsers", seed);
 }
 
 void FuzzSeedsTest::anyBytesAreAnInput()

@@ -1,0 +1,255 @@
+#include "acq/DeviceSamples.h"
+#include "acq/SimulatedDevice.h"
+#include "support/Descriptors.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+using namespace acq;
+
+/// How a device begins and ends, and what it does when its line fails.
+class PortAcqLinkTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startAndStopAreSaidTwice_data() { families(); }
+    void startAndStopAreSaidTwice();
+    void theDeviceIsKeptAliveEachMinute_data() { families(); }
+    void theDeviceIsKeptAliveEachMinute();
+    void aSilentDeviceIsAReadError_data() { families(); }
+    void aSilentDeviceIsAReadError();
+    void aCutLineIsAReadError_data() { families(); }
+    void aCutLineIsAReadError();
+    void aPortThatCannotBeOpenedIsAnError();
+    void aFailedReaderStartsAgain_data() { families(); }
+    void aFailedReaderStartsAgain();
+    void aStopIsQuickWhileAReadWaits_data() { families(); }
+    void aStopIsQuickWhileAReadWaits();
+    void aStopIsQuickRightAfterTheStart();
+    void aStopIsQuickWhileFramesPour_data() { families(); }
+    void aStopIsQuickWhileFramesPour();
+    void aDeviceMayGoWhileItReads_data() { families(); }
+    void aDeviceMayGoWhileItReads();
+    void startsAndStopsLeaveNothingBehind();
+
+private:
+    static void families()
+    {
+        QTest::addColumn<bool>("highRate");
+        QTest::newRow("standard") << false;
+        QTest::newRow("high rate") << true;
+    }
+};
+
+void PortAcqLinkTest::startAndStopAreSaidTwice()
+{
+    QFETCH(bool, highRate);
+    const TSimulatedDevice simulated;
+    const auto device = makeDevice(highRate, simulated.path());
+    device->start();
+    QVERIFY(simulated.waitForCommands("\1\1\t"));
+    device->stop();
+    QVERIFY(simulated.waitForCommands("\1\1\t\2\2"));
+    // The simulator's own clock may be late by a turn, more on a busy machine.
+    QVERIFY(simulated.msBetween(0, 1) >= 80);
+    QVERIFY(simulated.msBetween(3, 4) >= 80);
+    QVERIFY(device->isOk());
+    QCOMPARE(device->lastError(), "");
+}
+
+void PortAcqLinkTest::theDeviceIsKeptAliveEachMinute()
+{
+    QFETCH(bool, highRate);
+    const TFrameBytes family = familyOf(highRate);
+    const int minute = highRate ? 60000 : 30000;
+    TSimulatedDevice simulated;
+    const auto device = makeDevice(highRate, simulated.path());
+    QByteArray bytes;
+    for (int i = 0; i < minute - 2; ++i)
+        bytes += family.empty;
+    const int frameBytes = highRate ? 14 : 28;
+    simulated.feed(bytes);
+    device->start();
+    QTRY_COMPARE_WITH_TIMEOUT(device->bytesAvailable(), (minute - 2) * frameBytes, 60000);
+    simulated.feed(family.empty);
+    QTest::qWait(50);
+    QCOMPARE(simulated.commands(), QByteArray("\1\1\t"));
+    simulated.feed(family.empty);
+    QVERIFY(simulated.waitForCommands("\1\1\t\t\t"));
+    simulated.feed(bytes + family.empty);
+    QTRY_COMPARE_WITH_TIMEOUT(device->bytesAvailable(), (2 * minute - 2) * frameBytes, 60000);
+    QTest::qWait(50);
+    QCOMPARE(simulated.commands(), QByteArray("\1\1\t\t\t"));
+    simulated.feed(family.empty);
+    QVERIFY(simulated.waitForCommands("\1\1\t\t\t\t\t"));
+}
+
+void PortAcqLinkTest::aSilentDeviceIsAReadError()
+{
+    QFETCH(bool, highRate);
+    const TSimulatedDevice simulated;
+    const auto device = makeDevice(highRate, simulated.path());
+    device->setReadTimeout(50);
+    device->start();
+    QTRY_VERIFY_WITH_TIMEOUT(!device->isOk(), 20000);
+    QCOMPARE(device->lastError(), "Device read error");
+    device->stop();
+    // Nothing is said to a device that does not answer.
+    QCOMPARE(simulated.commands(), QByteArray("\1\1\t"));
+    QCOMPARE(device->lastError(), "Device read error");
+}
+
+void PortAcqLinkTest::aCutLineIsAReadError()
+{
+    QFETCH(bool, highRate);
+    TSimulatedDevice simulated;
+    const auto device = makeDevice(highRate, simulated.path());
+    device->start();
+    QVERIFY(simulated.waitForCommands("\1\1\t"));
+    QElapsedTimer timer;
+    timer.start();
+    simulated.hangUp();
+    QTRY_VERIFY(!device->isOk());
+    QVERIFY(timer.elapsed() < 3000);
+    QCOMPARE(device->lastError(), "Device read error");
+    device->stop();
+    device->start();
+    QTRY_VERIFY(!device->isOk());
+    QCOMPARE(device->lastError(), "No se pudo abrir el puerto (CreateFile)");
+}
+
+void PortAcqLinkTest::aPortThatCannotBeOpenedIsAnError()
+{
+    for (const char* path : {"ttyThatIsNone", "", "/", "/absent/tty"}) {
+        const auto device = makeDevice(false, path);
+        device->start();
+        QTRY_VERIFY(!device->isOk());
+        QCOMPARE(device->lastError(), "No se pudo abrir el puerto (CreateFile)");
+        device->stop();
+    }
+}
+
+void PortAcqLinkTest::aFailedReaderStartsAgain()
+{
+    QFETCH(bool, highRate);
+    TSimulatedDevice simulated;
+    const auto device = makeDevice(highRate, simulated.path());
+    device->setReadTimeout(50);
+    device->start();
+    for (int i = 0; i < 3; ++i) {
+        QTRY_VERIFY_WITH_TIMEOUT(!device->isOk(), 20000);
+        simulated.forgetCommands();
+        device->stop();
+        device->start();
+        // The old failure is gone at once, or it would be restarted again.
+        QVERIFY(device->isOk() || qstrcmp(device->lastError(), "Device read error") == 0);
+        QVERIFY(simulated.waitForCommands("\1\1\t"));
+    }
+    device->stop();
+    device->setReadTimeout(10000);
+    simulated.forgetCommands();
+    simulated.feed(frames(familyOf(highRate), 0, 100));
+    device->start();
+    QTRY_COMPARE_WITH_TIMEOUT(device->bytesAvailable(), highRate ? 1400 : 2800, 20000);
+    QVERIFY(device->isOk());
+    QCOMPARE(device->lastError(), "");
+}
+
+void PortAcqLinkTest::aStopIsQuickWhileAReadWaits()
+{
+    QFETCH(bool, highRate);
+    // The quickest of a few: the machine may be busy with something else.
+    qint64 quickest = 10000;
+    for (int i = 0; i < 5 && quickest >= 200; ++i) {
+        const TSimulatedDevice simulated;
+        const auto device = makeDevice(highRate, simulated.path());
+        device->start();
+        QVERIFY(simulated.waitForCommands("\1\1\t"));
+        QElapsedTimer timer;
+        timer.start();
+        device->stop();
+        quickest = qMin(quickest, timer.elapsed());
+        QVERIFY(device->isOk());
+    }
+    QVERIFY(quickest < 200);
+    QVERIFY(quickest >= 99);
+}
+
+void PortAcqLinkTest::aStopIsQuickRightAfterTheStart()
+{
+    for (const int delayMs : {0, 1, 5, 50}) {
+        qint64 quickest = 10000;
+        for (int i = 0; i < 5 && quickest >= 200; ++i) {
+            const TSimulatedDevice simulated;
+            const auto device = makeDevice(false, simulated.path());
+            device->start();
+            QTest::qSleep(delayMs + 1);
+            QElapsedTimer timer;
+            timer.start();
+            device->stop();
+            quickest = qMin(quickest, timer.elapsed());
+            QVERIFY(simulated.commands().endsWith("\2\2") || simulated.waitForCommands("\1\2\2"));
+        }
+        QVERIFY(quickest < 200);
+    }
+}
+
+void PortAcqLinkTest::aStopIsQuickWhileFramesPour()
+{
+    QFETCH(bool, highRate);
+    qint64 quickest = 10000;
+    for (int i = 0; i < 5 && quickest >= 200; ++i) {
+        TSimulatedDevice simulated;
+        simulated.feed(frames(familyOf(highRate), 0, 100000));
+        const auto device = makeDevice(highRate, simulated.path());
+        device->start();
+        QTRY_VERIFY_WITH_TIMEOUT(device->bytesAvailable() > 0, 20000);
+        QElapsedTimer timer;
+        timer.start();
+        device->stop();
+        quickest = qMin(quickest, timer.elapsed());
+        QVERIFY(device->isOk());
+    }
+    QVERIFY(quickest < 200);
+}
+
+void PortAcqLinkTest::aDeviceMayGoWhileItReads()
+{
+    QFETCH(bool, highRate);
+    const TSimulatedDevice simulated;
+    auto device = makeDevice(highRate, simulated.path());
+    device->start();
+    QVERIFY(simulated.waitForCommands("\1\1\t"));
+    device.reset();
+    QVERIFY(simulated.waitForCommands("\1\1\t\2\2"));
+}
+
+void PortAcqLinkTest::startsAndStopsLeaveNothingBehind()
+{
+    const TSimulatedDevice simulated;
+    const auto device = makeDevice(false, simulated.path());
+    device->start();
+    device->stop();
+    const int descriptors = openDescriptors();
+    const int threads = runningThreads();
+    for (int i = 0; i < 200; ++i) {
+        device->start();
+        if (i % 10 == 0)
+            QTest::qSleep(i % 3);
+        device->stop();
+        QVERIFY(device->isOk());
+    }
+    QCOMPARE(openDescriptors(), descriptors);
+    QTRY_COMPARE(runningThreads(), threads);
+    for (int i = 0; i < 200; ++i) {
+        const auto absent = makeDevice(i % 2 == 0, "ttyThatIsNone");
+        absent->start();
+        absent->stop();
+    }
+    QCOMPARE(openDescriptors(), descriptors);
+    QTRY_COMPARE(runningThreads(), threads);
+}
+
+QTEST_GUILESS_MAIN(PortAcqLinkTest)
+#include "PortAcqLinkTest.moc"
