@@ -1,6 +1,7 @@
 #include "acq/AcqDeviceFactory.h"
 
 #include "acq/AcqChannels.h"
+#include "acq/EcgDeviceFrame.h"
 #include "acq/TDemoAcqDevice.h"
 #include "acq/THRAcqDevice.h"
 #include "acq/TStdAcqDevice.h"
@@ -10,15 +11,12 @@
 
 namespace {
 
-constexpr int standardBaud = 230400;
-constexpr int highRateBaud = 570000;
-
 std::unique_ptr<TPortAcqDevice> createBluetoothDevice(int mask)
 {
     const QByteArray port = settings::acqBluetoothPort.value().toLocal8Bit();
     if (settings::hrProtocol.value())
-        return std::make_unique<THRAcqDevice>(port.constData(), highRateBaud);
-    return std::make_unique<TStdAcqDevice>(port.constData(), standardBaud, mask);
+        return std::make_unique<THRAcqDevice>(port.constData(), acq::highRateBaud);
+    return std::make_unique<TStdAcqDevice>(port.constData(), acq::standardBaud, mask);
 }
 
 std::unique_ptr<TPortAcqDevice> createUsbDevice(int mask)
