@@ -16,6 +16,7 @@ LINKS = {
     "base": [],
     "platform": ["base"],
     "analysis": ["base"],
+    "wfdb": ["base"],
     "study": ["platform", "analysis"],
     "acq": ["platform", "analysis"],
     "equipment": ["platform"],
@@ -27,8 +28,8 @@ LINKS = {
     "app": ["windows"],
     "cli": ["recorder", "report"],
 }
-SIMULATOR_LINKS = ["platform", "analysis"]
-WITHOUT_SCREEN = {"base", "platform", "analysis", "study", "acq", "equipment", "recorder", "cli"}
+SIMULATOR_LINKS = ["platform", "analysis", "wfdb", "acq"]
+WITHOUT_SCREEN = {"base", "platform", "analysis", "wfdb", "study", "acq", "equipment", "recorder", "cli"}
 SCREEN_MODULES = ("QtGui", "QtWidgets", "QtPrintSupport")
 OUR_FOLDERS = ("src", "tests", "benchmarks", "fuzz", "simulators")
 

@@ -1,0 +1,87 @@
+#include "simulators/TPseudoTerminal.h"
+
+#include "base/Error.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace {
+
+/// Opens both ends raw; false if that fails.
+bool openEnds(int& device, int& holder, std::string& port)
+{
+    device = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    char name[128] = {};
+    if (device < 0 || ::grantpt(device) != 0 || ::unlockpt(device) != 0 ||
+        ::ptsname_r(device, name, sizeof name) != 0)
+        return false;
+    port = name;
+    holder = ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    termios tty{};
+    if (holder < 0 || ::tcgetattr(holder, &tty) != 0)
+        return false;
+    ::cfmakeraw(&tty);
+    return ::tcsetattr(holder, TCSANOW, &tty) == 0;
+}
+
+void closeEnd(int& end)
+{
+    if (end >= 0)
+        ::close(std::exchange(end, -1));
+}
+
+} // namespace
+
+TPseudoTerminal::TPseudoTerminal(const std::string& link) : m_link(link)
+{
+    open();
+}
+
+TPseudoTerminal::~TPseudoTerminal()
+{
+    close();
+}
+
+void TPseudoTerminal::open()
+{
+    close();
+    if (!openEnds(m_device, m_holder, m_port) ||
+        (!m_link.empty() && ::symlink(m_port.c_str(), m_link.c_str()) != 0)) {
+        close();
+        throw TError("Cannot create pseudo-terminal");
+    }
+}
+
+void TPseudoTerminal::close()
+{
+    if (isOpen() && !m_link.empty())
+        ::unlink(m_link.c_str());
+    closeEnd(m_holder);
+    closeEnd(m_device);
+}
+
+int TPseudoTerminal::read(char* data, int size, int timeoutMs)
+{
+    pollfd wait{m_device, POLLIN, 0};
+    if (::poll(&wait, 1, timeoutMs) <= 0 || (wait.revents & POLLIN) == 0)
+        return 0;
+    return static_cast<int>(std::max<ssize_t>(0, ::read(m_device, data, static_cast<std::size_t>(size))));
+}
+
+int TPseudoTerminal::write(const char* data, int size)
+{
+    return static_cast<int>(std::max<ssize_t>(0, ::write(m_device, data, static_cast<std::size_t>(size))));
+}
+
+bool TPseudoTerminal::waitForRoom(int timeoutMs)
+{
+    pollfd wait{m_device, POLLOUT, 0};
+    return ::poll(&wait, 1, timeoutMs) > 0 && (wait.revents & POLLOUT) != 0;
+}
