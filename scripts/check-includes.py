@@ -28,7 +28,7 @@ LINKS = {
     "app": ["windows"],
     "cli": ["recorder", "report"],
 }
-SIMULATOR_LINKS = ["platform", "analysis", "wfdb", "acq"]
+SIMULATOR_LINKS = ["platform", "analysis", "wfdb"]
 WITHOUT_SCREEN = {"base", "platform", "analysis", "wfdb", "study", "acq", "equipment", "recorder", "cli"}
 SCREEN_MODULES = ("QtGui", "QtWidgets", "QtPrintSupport")
 OUR_FOLDERS = ("src", "tests", "benchmarks", "fuzz", "simulators")

@@ -19,7 +19,8 @@ TStatus statusOf(const TDeviceState& state)
 {
     const auto bit = [&state](const char* electrode, int value) {
         const auto& off = state.electrodesOff;
-        return static_cast<std::uint8_t>(std::find(off.begin(), off.end(), electrode) != off.end() ? value : 0);
+        return static_cast<std::uint8_t>(std::find(off.begin(), off.end(), electrode) != off.end() ? value
+                                                                                                   : 0);
     };
     TStatus status;
     status.a = bit("V5", 0x10) | bit("LA", 0x20) | bit("LL", 0x40);

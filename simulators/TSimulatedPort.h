@@ -2,16 +2,16 @@
 
 #include <string>
 
-/// The device's end of a pseudo-terminal: what the simulators speak through. With a link, the program finds the port
-/// under the same name after each return of the device.
-class TPseudoTerminal
+/// The device's end of a pseudo-terminal: what the simulators speak through. With a link, the program finds
+/// the port under the same name after each return of the device.
+class TSimulatedPort
 {
 public:
     /// `link` is made a symbolic link to the port, or is empty.
-    explicit TPseudoTerminal(const std::string& link = {});
-    ~TPseudoTerminal();
-    TPseudoTerminal(const TPseudoTerminal&) = delete;
-    TPseudoTerminal& operator=(const TPseudoTerminal&) = delete;
+    explicit TSimulatedPort(const std::string& link = {});
+    ~TSimulatedPort();
+    TSimulatedPort(const TSimulatedPort&) = delete;
+    TSimulatedPort& operator=(const TSimulatedPort&) = delete;
 
     /// Plugs the device in. Throws TError "Cannot create pseudo-terminal".
     void open();
@@ -28,6 +28,8 @@ public:
     int write(const char* data, int size);
     /// Waits for room to write; false at the time-out.
     bool waitForRoom(int timeoutMs);
+    /// Passes the time while the line is cut.
+    static void sleep(int ms);
 
 private:
     std::string m_link;

@@ -1,4 +1,4 @@
-#include "simulators/TPseudoTerminal.h"
+#include "simulators/TSimulatedPort.h"
 
 #include "base/Error.h"
 
@@ -39,17 +39,17 @@ void closeEnd(int& end)
 
 } // namespace
 
-TPseudoTerminal::TPseudoTerminal(const std::string& link) : m_link(link)
+TSimulatedPort::TSimulatedPort(const std::string& link) : m_link(link)
 {
     open();
 }
 
-TPseudoTerminal::~TPseudoTerminal()
+TSimulatedPort::~TSimulatedPort()
 {
     close();
 }
 
-void TPseudoTerminal::open()
+void TSimulatedPort::open()
 {
     close();
     if (!openEnds(m_device, m_holder, m_port) ||
@@ -59,7 +59,7 @@ void TPseudoTerminal::open()
     }
 }
 
-void TPseudoTerminal::close()
+void TSimulatedPort::close()
 {
     if (isOpen() && !m_link.empty())
         ::unlink(m_link.c_str());
@@ -67,7 +67,7 @@ void TPseudoTerminal::close()
     closeEnd(m_device);
 }
 
-int TPseudoTerminal::read(char* data, int size, int timeoutMs)
+int TSimulatedPort::read(char* data, int size, int timeoutMs)
 {
     pollfd wait{m_device, POLLIN, 0};
     if (::poll(&wait, 1, timeoutMs) <= 0 || (wait.revents & POLLIN) == 0)
@@ -75,13 +75,18 @@ int TPseudoTerminal::read(char* data, int size, int timeoutMs)
     return static_cast<int>(std::max<ssize_t>(0, ::read(m_device, data, static_cast<std::size_t>(size))));
 }
 
-int TPseudoTerminal::write(const char* data, int size)
+int TSimulatedPort::write(const char* data, int size)
 {
     return static_cast<int>(std::max<ssize_t>(0, ::write(m_device, data, static_cast<std::size_t>(size))));
 }
 
-bool TPseudoTerminal::waitForRoom(int timeoutMs)
+bool TSimulatedPort::waitForRoom(int timeoutMs)
 {
     pollfd wait{m_device, POLLOUT, 0};
     return ::poll(&wait, 1, timeoutMs) > 0 && (wait.revents & POLLOUT) != 0;
+}
+
+void TSimulatedPort::sleep(int ms)
+{
+    ::poll(nullptr, 0, ms);
 }
