@@ -106,19 +106,9 @@ private:
     std::atomic<int> m_granted = 0;
 };
 
-/// Event loops need an application.
-void makeApplication()
-{
-    static int count = 1;
-    static char name[] = "benchmarks";
-    static char* names[] = {name, nullptr};
-    static const QCoreApplication application(count, names);
-}
-
 void framesThroughPump(benchmark::State& state)
 {
     constexpr int frames = 100 * 2500;
-    makeApplication();
     TGrantedDevice device;
     TInt16Signal signal(4096, 10 * rate, channels, rate);
     TQtAcqDriver driver(&device, &signal);
@@ -138,7 +128,6 @@ BENCHMARK(framesThroughPump)->UseRealTime()->MeasureProcessCPUTime()->Unit(bench
 void replayInRealTime(benchmark::State& state)
 {
     constexpr int milliseconds = 5000;
-    makeApplication();
     QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("ecg500.dat")));
     if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(10 * rate * frameBytes, 'x')) < 0)
