@@ -109,7 +109,7 @@ void PortAcqDeviceTest::framesArriveSampleForSample_data()
     QTest::newRow("all") << -1;
     QTest::newRow("reduced") << 1154;
     QTest::newRow("limb leads") << 0x3F;
-    QTest::newRow("one") << 1 << 13;
+    QTest::newRow("one") << (1 << CR5);
 }
 
 void PortAcqDeviceTest::framesArriveSampleForSample()

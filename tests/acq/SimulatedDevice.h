@@ -4,11 +4,13 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
-#include <QVector>
 
+#include <algorithm>
 #include <chrono>
 #include <mutex>
+#include <string>
 #include <thread>
+#include <vector>
 
 /// A device at the far end of a pseudo-terminal. It notes the commands that come, and sends what it is fed
 /// from the keep alive command after a start on until a stop. (Not from the start itself: what is sent before
@@ -31,13 +33,13 @@ public:
     void feed(const QByteArray& bytes)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_toSend += bytes;
+        m_toSend.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     }
     /// Answers an identify command with this.
     void setIdentity(const QByteArray& answer)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_identity = answer;
+        m_identity = answer.toStdString();
     }
     void hangUp()
     {
@@ -49,7 +51,7 @@ public:
     QByteArray commands() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_commands;
+        return QByteArray::fromStdString(m_commands);
     }
     void forgetCommands()
     {
@@ -61,7 +63,7 @@ public:
     qint64 msBetween(int first, int second) const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_times.value(second) - m_times.value(first);
+        return m_times.at(static_cast<std::size_t>(second)) - m_times.at(static_cast<std::size_t>(first));
     }
     bool waitForCommands(const QByteArray& expected, int timeoutMs = 5000) const
     {
@@ -87,35 +89,39 @@ private:
             return false;
         for (const char command : m_line.readSome(256))
             obey(command);
-        while (m_streams && !m_toSend.isEmpty()) {
-            const int count = m_line.writeSome(m_toSend.constData(), qMin(m_toSend.size(), 4096));
+        while (m_streams && m_sent < m_toSend.size()) {
+            const std::size_t most = std::min<std::size_t>(m_toSend.size() - m_sent, 4096);
+            const int count = m_line.writeSome(m_toSend.data() + m_sent, static_cast<int>(most));
             if (count == 0)
                 break;
-            m_toSend.remove(0, count);
+            m_sent += static_cast<std::size_t>(count);
         }
         return true;
     }
 
     void obey(char command)
     {
-        const char before = m_commands.isEmpty() ? '\0' : m_commands.back();
-        m_commands.append(command);
-        m_times.append(m_clock.elapsed());
+        const char before = m_commands.empty() ? '\0' : m_commands.back();
+        m_commands.push_back(command);
+        m_times.push_back(m_clock.elapsed());
         if (command == 9 && before == 1)
             m_streams = true;
         else if (command == 1 || command == 2)
             m_streams = false;
         else if (command == 11)
-            m_line.writeAll(m_identity);
+            m_line.writeAll(QByteArray::fromStdString(m_identity));
     }
 
     TPseudoTerminal m_line;
     mutable std::mutex m_mutex;
     QElapsedTimer m_clock;
-    QByteArray m_commands;
-    QVector<qint64> m_times;
-    QByteArray m_toSend;
-    QByteArray m_identity;
+    // Nothing of Qt's shared data goes from thread to thread here: the thread sanitizer would not see who has
+    // it.
+    std::string m_commands;
+    std::vector<qint64> m_times;
+    std::string m_toSend;
+    std::size_t m_sent = 0;
+    std::string m_identity;
     bool m_streams = false;
     bool m_ends = false;
     std::thread m_thread;

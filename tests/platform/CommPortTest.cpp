@@ -8,8 +8,10 @@
 
 #include <asm/ioctls.h>
 #include <asm/termbits.h>
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace {
 
