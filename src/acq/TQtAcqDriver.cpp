@@ -91,12 +91,6 @@ void TQtAcqDriver::setPendingBlockLimit(int blocks)
     m_thread->setPendingBlockLimit(blocks);
 }
 
-bool TQtAcqDriver::event(QEvent* event)
-{
-    m_thread->waitUntilPosted();
-    return TAcqDriver::event(event);
-}
-
 void TQtAcqDriver::appendBlock(const QVector<char>& block)
 {
     m_thread->blockArrived();

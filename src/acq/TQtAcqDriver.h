@@ -33,8 +33,6 @@ public:
     /// any number. For replay at full speed, where nothing else bounds the memory. Before the start.
     void setPendingBlockLimit(int blocks);
 
-    bool event(QEvent* event) override;
-
 private Q_SLOTS:
     void appendBlock(const QVector<char>& block);
     void reportPulse(int sampleOffset);
@@ -44,7 +42,6 @@ private:
     void connectThread();
     void disconnectThread();
 
-    /// Outlives our child, whose coming and going are events, too.
     std::unique_ptr<TQtAcqDriverThread> m_thread;
     /// Receives what the pump blocks for. Calls that are posted to it can be taken away, which releases the
     /// pump, without touching the data blocks on their way to the driver.

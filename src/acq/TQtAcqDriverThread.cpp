@@ -135,7 +135,7 @@ void TQtAcqDriverThread::emitPulses()
         if (pulse == 0)
             return;
         m_lastPulse.store(pulse, std::memory_order_release);
-        Q_EMIT pacemaker(pulse);
+        postPulse(pulse);
     }
 }
 
@@ -143,9 +143,8 @@ void TQtAcqDriverThread::emitBlock(int size)
 {
     QVector<char> block(size);
     std::copy_n(m_buffer.begin(), size, block.begin());
-    m_pendingBlocks.fetch_add(1, std::memory_order_relaxed);
-    const std::lock_guard lock(m_postingMutex);
-    Q_EMIT data(std::move(block));
+    m_pendingBlocks.fetch_add(1, std::memory_order_acq_rel);
+    postBlock(block);
 }
 
 void TQtAcqDriverThread::fail(const QString& text)
@@ -154,7 +153,7 @@ void TQtAcqDriverThread::fail(const QString& text)
         const std::lock_guard lock(m_errorMutex);
         m_errorText = text;
     }
-    Q_EMIT error();
+    postError();
 }
 
 /// The reader would fill the queue for ever, with nobody left to empty it.

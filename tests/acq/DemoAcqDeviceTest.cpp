@@ -322,14 +322,11 @@ private:
 
     static std::vector<qint16> firstSamples(TDemoAcqDevice& device, int count, const SleepLog& log)
     {
-        device.start();
-        while (!log.isFull())
-            QTest::qSleep(1);
         std::vector<qint16> samples(count);
-        while (device.bytesAvailable() < count * 2)
-            QTest::qSleep(1);
-        if (device.read(reinterpret_cast<char*>(samples.data()), count * 2) != count * 2)
-            samples.assign(count, 0);
+        device.start();
+        if (!QTest::qWaitFor([&] { return log.isFull() && device.bytesAvailable() >= count * 2; }, 10000) ||
+            device.read(reinterpret_cast<char*>(samples.data()), count * 2) != count * 2)
+            samples.assign(count, -1);
         device.stop();
         return samples;
     }
