@@ -189,7 +189,9 @@ private Q_SLOTS:
         const std::int64_t first = findFirstFrame(recording.frame(0), expected);
         QVERIFY(first >= 0);
         QVERIFY(recording.signal().sampleCount() >= secondsOfPattern * 500);
-        QCOMPARE(recording.signal().sampleCount(), int((options.frameLimit - first) / step));
+        // The pump leaves what is no tenth of a second with the device.
+        const std::int64_t left = (options.frameLimit - first) / step - recording.signal().sampleCount();
+        QVERIFY2(left >= 0 && left <= 50, qPrintable(QString::number(left)));
         for (int i = 0; i < recording.signal().sampleCount(); ++i)
             QVERIFY2(recording.frame(i) == expected(first + std::int64_t(i) * step),
                      qPrintable(QString::number(i)));
