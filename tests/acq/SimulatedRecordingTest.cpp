@@ -21,7 +21,12 @@ public:
     explicit TRunningDevice(const TEcgDeviceOptions& options,
                             const QString& source = QStringLiteral("pattern"))
         : m_simulator(options, sim::makeSampleSource(source, options.isHighRate ? 1000 : 500, 450.0)),
-          m_thread([this] { m_simulator.run([this] { return m_done.load(); }); })
+          m_thread([this] {
+              m_simulator.run([this] {
+                  m_finished = m_simulator.isFinished();
+                  return m_done.load();
+              });
+          })
     {
     }
     ~TRunningDevice()
@@ -33,9 +38,12 @@ public:
     TRunningDevice& operator=(const TRunningDevice&) = delete;
 
     std::string path() const { return m_simulator.path(); }
+    /// Whether all frames have gone out.
+    bool isFinished() const { return m_finished; }
 
 private:
     std::atomic<bool> m_done = false;
+    std::atomic<bool> m_finished = false;
     TEcgDeviceSimulator m_simulator;
     std::thread m_thread;
 };
@@ -68,14 +76,17 @@ public:
     int errors() const { return m_listener.errors; }
     void stop() { m_driver.stop(); }
 
-    /// Waits until nothing has come for a while.
-    void waitForTheEnd()
+    /// Waits until the device has sent everything and nothing comes any more.
+    bool waitForTheEnd(const TRunningDevice& device)
     {
+        if (!QTest::qWaitFor([&device] { return device.isFinished(); }, 120000))
+            return false;
         int before = -1;
-        while (m_signal.sampleCount() != before || before == 0) {
+        while (m_signal.sampleCount() != before) {
             before = m_signal.sampleCount();
-            QTest::qWait(400);
+            QTest::qWait(1000);
         }
+        return true;
     }
 
     std::vector<int> frame(int index)
@@ -179,7 +190,7 @@ private Q_SLOTS:
         options.frameLimit = secondsOfPattern * (isHighRate ? 1000 : 500) + 5000;
         const TRunningDevice device(options);
         TRecording recording(makeDevice(device.path(), isHighRate, mask));
-        recording.waitForTheEnd();
+        QVERIFY(recording.waitForTheEnd(device));
         recording.stop();
 
         const TExpected expected = isHighRate                     ? highRateFrame
