@@ -7,8 +7,6 @@
 #include "acq/TStdAcqDevice.h"
 #include "base/Settings.h"
 
-#include <cmath>
-
 namespace {
 
 std::unique_ptr<TPortAcqDevice> createBluetoothDevice(int mask)
@@ -26,12 +24,6 @@ std::unique_ptr<TPortAcqDevice> createUsbDevice(int mask)
     return std::make_unique<TStdAcqDevice>(mask);
 }
 
-/// The key with its fractions, which a range may have.
-double signalGain()
-{
-    return TSetting<double>{settings::signalGain.key}.value();
-}
-
 } // namespace
 
 std::unique_ptr<TAcqDevice> createAcqDevice(bool reducedChannels)
@@ -42,8 +34,8 @@ std::unique_ptr<TAcqDevice> createAcqDevice(bool reducedChannels)
         return std::make_unique<TDemoAcqDevice>("ecg500.dat", 14, 500, 2, 16, 300.0, 0, mask);
     const bool bluetooth = mode == QLatin1String("bluetooth-com");
     auto device = bluetooth ? createBluetoothDevice(mask) : createUsbDevice(mask);
-    const double gain = signalGain();
-    if (gain > 0.0 && std::isfinite(gain))
+    const double gain = settings::signalGain.value();
+    if (gain > 0.0)
         device->setRange(gain);
     return device;
 }

@@ -1,10 +1,36 @@
 #include "base/Settings.h"
 
+#include <cmath>
+
 namespace settings {
+
+template <> std::optional<int> parsed(const QString& text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+template <> std::optional<double> parsed(const QString& text)
+{
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+template <> std::optional<bool> parsed(const QString& text)
+{
+    const QString word = text.toLower();
+    if (word == QLatin1String("true") || word == QLatin1String("1"))
+        return true;
+    if (word == QLatin1String("false") || word == QLatin1String("0"))
+        return false;
+    return std::nullopt;
+}
 
 const TSetting<QString> acqMode{"Config/AcqMode"};
 const TSetting<QString> acqBluetoothPort{"Config/AcqBluetoothPort"};
-const TSetting<int> signalGain{"Config/SignalGain", 0};
+const TSetting<double> signalGain{"Config/SignalGain", 0.0};
 const TSetting<bool> hrProtocol{"Config/HRProtocol", false};
 const TSetting<double> lowBatteryLevel{"Config/LowBatteryLevel", 0.0};
 

@@ -4,11 +4,22 @@
 #include <QString>
 #include <QStringList>
 
-#include <cmath>
+#include <optional>
 #include <type_traits>
 
 /// The table of the user's preferences. The store is the application's default QSettings (organisation and
 /// application name of Constants.h); it is opened at each use and dropped. Main thread only.
+
+namespace settings {
+
+/// The value that a stored text says, or nothing: for `int` whole numbers in its range, for `double` finite
+/// numbers, for `bool` true, false, 1 and 0 in any case of letters.
+template <typename T> std::optional<T> parsed(const QString& text);
+template <> std::optional<int> parsed(const QString& text);
+template <> std::optional<double> parsed(const QString& text);
+template <> std::optional<bool> parsed(const QString& text);
+
+} // namespace settings
 
 /// One key of the store with the value that an absent key stands for. Where two readers of a key differ in
 /// their default, the table has the common one and the other reader names its own with `valueOr`.
@@ -23,15 +34,11 @@ template <typename T> struct TSetting
     T valueOr(const T& absent) const
     {
         const QVariant stored = QSettings().value(QLatin1String(key));
-        if (!stored.isValid())
-            return absent;
-        if constexpr (std::is_same_v<T, int> || std::is_same_v<T, double>) {
-            bool isNumber = false;
-            const double number = stored.toDouble(&isNumber);
-            const bool isUsable = isNumber && std::isfinite(number) && stored.template canConvert<T>();
-            return isUsable ? stored.template value<T>() : absent;
+        if constexpr (std::is_same_v<T, int> || std::is_same_v<T, double> || std::is_same_v<T, bool>) {
+            // As text, in which the store keeps numbers: a variant would round and wrap what does not fit.
+            return settings::parsed<T>(stored.toString().trimmed()).value_or(absent);
         } else {
-            return stored.template value<T>();
+            return stored.isValid() ? stored.template value<T>() : absent;
         }
     }
 
@@ -54,7 +61,7 @@ namespace settings {
 // Acquisition
 extern const TSetting<QString> acqMode; ///< "demo", "bluetooth-com"; anything else is USB
 extern const TSetting<QString> acqBluetoothPort;
-extern const TSetting<int> signalGain;         ///< device range in mV, used when above 0
+extern const TSetting<double> signalGain;      ///< device range in mV, used when above 0
 extern const TSetting<bool> hrProtocol;        ///< the high-rate device family
 extern const TSetting<double> lowBatteryLevel; ///< volts
 
@@ -116,7 +123,7 @@ extern const TSetting<QStringList> cityList;
 extern const TSetting<QStringList> stateList;
 
 // Defaults of the configuration dialog, which differ from what the other readers take for an absent key.
-inline constexpr int configSignalGain = 450;
+inline constexpr double configSignalGain = 450.0;
 inline constexpr double configLowBatteryLevel = 2.6;
 
 } // namespace settings

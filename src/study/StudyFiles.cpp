@@ -75,8 +75,9 @@ struct TEcgHeader
     bool isSound() const
     {
         // The width of the range: two finite ends can lie so far apart that a sample is worth no number.
-        return samplingRate > 0 && resolution >= 1 && resolution <= 32 && !channels.isEmpty() &&
-               channels.size() <= velantor::maxChannels && std::isfinite(gainMax - gainMin);
+        return samplingRate > 0 && samplingRate <= TSignal::maxSamplingRate && resolution >= 1 &&
+               resolution <= 32 && !channels.isEmpty() && channels.size() <= velantor::maxChannels &&
+               std::isfinite(gainMax - gainMin);
     }
 };
 

@@ -12,7 +12,8 @@ namespace {
 
 int checkedChannelCount(int channelCount, int samplingRate, bool create)
 {
-    if (channelCount < 1 || channelCount > velantor::maxChannels || samplingRate <= 0)
+    if (channelCount < 1 || channelCount > velantor::maxChannels || samplingRate < 1 ||
+        samplingRate > TSignal::maxSamplingRate)
         TRecordFile::fail(TRecordFile::modeFor(create));
     return channelCount;
 }

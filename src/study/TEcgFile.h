@@ -18,7 +18,7 @@ public:
 
     /// Opens a recording or, with `create`, starts a new one. `samplingRate` in samples per second.
     /// Throws TError "Cannot create file" or "Cannot open file", also for a channel count outside 1 to 16, a
-    /// rate that is not positive or a negative header size.
+    /// rate outside 1 to `maxSamplingRate` or a negative header size.
     TEcgFile(const QString& path, int channelCount, int samplingRate, int headerSize = defaultHeaderSize,
              bool create = false);
     ~TEcgFile() override;

@@ -23,8 +23,18 @@ void TRecordFile::fail(TMode mode)
     throw TError(mode == TMode::Create ? "Cannot create file" : "Cannot open file");
 }
 
+TRecordFile::~TRecordFile()
+{
+    if (m_hasRest)
+        cutRest();
+}
+
 void TRecordFile::create()
 {
+    // A pipe or a device takes no header to come back to, and is not ours to remove.
+    const QFileInfo older(m_file.fileName());
+    if (older.exists() && !older.isFile())
+        fail(TMode::Create);
     if (!m_file.open(QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered))
         fail(TMode::Create);
     if (!writeHeader({})) {
@@ -44,6 +54,12 @@ void TRecordFile::open()
     m_count = std::max<qint64>(0, m_file.size() - m_headerSize) / m_recordSize;
 }
 
+void TRecordFile::cutRest()
+{
+    const qint64 end = offsetOf(m_count);
+    m_hasRest = isWritable() && m_file.size() > end && !m_file.resize(end);
+}
+
 QByteArray TRecordFile::header()
 {
     return m_file.seek(0) ? m_file.read(m_headerSize) : QByteArray();
@@ -58,13 +74,15 @@ bool TRecordFile::writeHeader(const QByteArray& bytes)
 
 bool TRecordFile::append(const char* data, int n)
 {
-    const qint64 end = offsetOf(m_count);
-    if (!writeAt(end, data, qint64(n) * m_recordSize)) {
-        if (isWritable() && m_file.size() > end)
-            m_file.resize(end);
+    if (m_hasRest)
+        cutRest();
+    const bool done = writeAt(offsetOf(m_count), data, qint64(n) * m_recordSize);
+    if (done)
+        m_count += n;
+    if (!done || m_hasRest)
+        cutRest();
+    if (!done)
         return false;
-    }
-    m_count += n;
     // Writing to a file that was deleted under us succeeds, but what is written will be lost.
     m_writeFailed = m_writeFailed || !QFile::exists(m_file.fileName());
     return true;

@@ -18,8 +18,11 @@ public:
 
     static TMode modeFor(bool create) { return create ? TMode::Create : TMode::Open; }
 
-    /// Throws TError "Cannot create file" or "Cannot open file".
+    /// Throws TError "Cannot create file" or "Cannot open file", also for what is no regular file.
     TRecordFile(const QString& path, int headerSize, int recordSize, TMode mode);
+    ~TRecordFile();
+    TRecordFile(const TRecordFile&) = delete;
+    TRecordFile& operator=(const TRecordFile&) = delete;
 
     /// Throws the error of a file that cannot be opened in that mode.
     [[noreturn]] static void fail(TMode mode);
@@ -34,7 +37,8 @@ public:
     bool writeHeader(const QByteArray& bytes);
 
     /// Writes `n` records behind the last whole one, in one go. False if that fails; then none of them
-    /// counts, what reached the file is cut off and a later append tries again in the same place.
+    /// counts, a later append tries again in the same place, and what reached the file is cut off: at once
+    /// or, if that fails as well, with the next append or when the file is closed.
     bool append(const char* data, int n);
     /// Rewrites a record in place. False if there is none or writing fails.
     bool update(qint64 index, const char* data);
@@ -49,6 +53,7 @@ public:
 private:
     void create();
     void open();
+    void cutRest();
     qint64 offsetOf(qint64 index) const { return m_headerSize + index * m_recordSize; }
     bool writeAt(qint64 offset, const char* data, qint64 size);
 
@@ -56,5 +61,7 @@ private:
     int m_headerSize;
     int m_recordSize;
     qint64 m_count = 0;
+    /// Something of a failed append stands behind the last record and could not be cut off.
+    bool m_hasRest = false;
     bool m_writeFailed = false;
 };

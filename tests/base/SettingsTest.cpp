@@ -23,8 +23,8 @@ private Q_SLOTS:
     void absentKeysReadAsTheirDefaults()
     {
         QCOMPARE(settings::acqMode.value(), QString());
-        QCOMPARE(settings::signalGain.value(), 0);
-        QCOMPARE(settings::signalGain.valueOr(settings::configSignalGain), 450);
+        QCOMPARE(settings::signalGain.value(), 0.0);
+        QCOMPARE(settings::signalGain.valueOr(settings::configSignalGain), 450.0);
         QCOMPARE(settings::lowBatteryLevel.value(), 0.0);
         QCOMPARE(settings::lowBatteryLevel.valueOr(settings::configLowBatteryLevel), 2.6);
         QCOMPARE(settings::ecgGraphicRhythmLead.value(), QStringLiteral("II"));
@@ -37,12 +37,12 @@ private Q_SLOTS:
 
     void aWrittenValueStandsUnderItsKeyAndIsReadBack()
     {
-        settings::signalGain.setValue(300);
+        settings::signalGain.setValue(300.0);
         settings::recentStudyList.setValue({QStringLiteral("1||a"), QStringLiteral("2||b")});
         settings::stressMonitorDisplay.hexaxialOrder.setValue(true);
 
         QCOMPARE(QSettings().value(QStringLiteral("Config/SignalGain")).toInt(), 300);
-        QCOMPARE(settings::signalGain.valueOr(450), 300);
+        QCOMPARE(settings::signalGain.valueOr(450.0), 300.0);
         QCOMPARE(settings::recentStudyList.value().size(), 2);
         QCOMPARE(QSettings().value(QStringLiteral("MonitorWindow/HexaxialOrder")).toBool(), true);
         QCOMPARE(settings::ecgMonitorDisplay.hexaxialOrder.value(), false);
@@ -52,8 +52,70 @@ private Q_SLOTS:
     {
         QSettings().setValue(QStringLiteral("Config/SignalGain"), QStringLiteral("abc"));
         QSettings().setValue(QStringLiteral("Config/LowBatteryLevel"), QStringLiteral("nan"));
-        QCOMPARE(settings::signalGain.valueOr(450), 450);
+        QCOMPARE(settings::signalGain.valueOr(450.0), 450.0);
         QCOMPARE(settings::lowBatteryLevel.valueOr(2.6), 2.6);
+    }
+
+    void theSignalGainKeepsItsFraction()
+    {
+        settings::signalGain.setValue(450.5);
+        QCOMPARE(settings::signalGain.value(), 450.5);
+        QSettings().setValue(QStringLiteral("Config/SignalGain"), 300); // as a box of whole numbers writes it
+        QCOMPARE(settings::signalGain.value(), 300.0);
+        QSettings().setValue(QStringLiteral("Config/SignalGain"), QStringLiteral("inf"));
+        QCOMPARE(settings::signalGain.valueOr(450.0), 450.0);
+    }
+
+    void anIntKeyTakesWholeNumbersOnly_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<int>("expected");
+        const int standard = 7;
+        QTest::newRow("text") << QVariant(QStringLiteral("450")) << 450;
+        QTest::newRow("number") << QVariant(450) << 450;
+        QTest::newRow("negative") << QVariant(QStringLiteral("-3")) << -3;
+        QTest::newRow("blanks around") << QVariant(QStringLiteral(" 12 ")) << 12;
+        QTest::newRow("largest") << QVariant(QStringLiteral("2147483647")) << 2147483647;
+        QTest::newRow("too large") << QVariant(QStringLiteral("2147483648")) << standard;
+        QTest::newRow("too large number") << QVariant(qlonglong(1) << 32) << standard;
+        QTest::newRow("fraction") << QVariant(QStringLiteral("450.5")) << standard;
+        QTest::newRow("fractional number") << QVariant(450.5) << standard;
+        QTest::newRow("word") << QVariant(QStringLiteral("abc")) << standard;
+        QTest::newRow("empty") << QVariant(QString()) << standard;
+        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")}) << standard;
+    }
+
+    void anIntKeyTakesWholeNumbersOnly()
+    {
+        QFETCH(QVariant, stored);
+        const TSetting<int> setting{"Test/Number"};
+        QSettings().setValue(QLatin1String(setting.key), stored);
+        QTEST(setting.valueOr(7), "expected");
+    }
+
+    void aBoolKeyTakesItsFourTextsOnly_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<bool>("ifFalse");
+        QTest::addColumn<bool>("ifTrue");
+        for (const char* text : {"true", "TRUE", "True", "1"})
+            QTest::newRow(text) << QVariant(QLatin1String(text)) << true << true;
+        for (const char* text : {"false", "False", "0"})
+            QTest::newRow(text) << QVariant(QLatin1String(text)) << false << false;
+        for (const char* text : {"yes", "2", "-1", "1.0", "abc", "no"})
+            QTest::newRow(text) << QVariant(QLatin1String(text)) << false << true;
+        QTest::newRow("empty") << QVariant(QString()) << false << true;
+        QTest::newRow("bool") << QVariant(true) << true << true;
+        QTest::newRow("number") << QVariant(0) << false << false;
+    }
+
+    void aBoolKeyTakesItsFourTextsOnly()
+    {
+        QFETCH(QVariant, stored);
+        const TSetting<bool> setting{"Test/Flag"};
+        QSettings().setValue(QLatin1String(setting.key), stored);
+        QTEST(setting.valueOr(false), "ifFalse");
+        QTEST(setting.valueOr(true), "ifTrue");
     }
 
     void theStoreIsTheApplicationsOwn()

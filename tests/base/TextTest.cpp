@@ -2,7 +2,10 @@
 #include "base/Constants.h"
 #include "base/Error.h"
 
+#include <QTextCodec>
 #include <QtTest>
+
+#include <clocale>
 
 class TextTest : public QObject
 {
@@ -14,6 +17,34 @@ private Q_SLOTS:
         const QString string = QString::fromUtf8("Hipertensión");
         QCOMPARE(velantor::toText(string), QByteArray("Hipertensi\xc3\xb3n"));
         QCOMPARE(velantor::fromText("Hipertensi\xc3\xb3n"), string);
+    }
+
+    void textsAreUtf8UnderAnotherCodecOfTheLocale()
+    {
+        QTextCodec* const before = QTextCodec::codecForLocale();
+        const auto restore = qScopeGuard([before] { QTextCodec::setCodecForLocale(before); });
+        const QString string = QString::fromUtf8("Hipertensi\xc3\xb3n");
+        for (const char* name : {"ISO-8859-1", "UTF-16"}) {
+            QTextCodec* const codec = QTextCodec::codecForName(name);
+            QVERIFY2(codec, name);
+            QTextCodec::setCodecForLocale(codec);
+            QVERIFY(string.toLocal8Bit() != QByteArray("Hipertensi\xc3\xb3n")); // the codec is in force
+            QCOMPARE(velantor::toText(string), QByteArray("Hipertensi\xc3\xb3n"));
+            QCOMPARE(velantor::fromText("Hipertensi\xc3\xb3n"), string);
+        }
+    }
+
+    void aLocaleWithADecimalCommaChangesNoNumber()
+    {
+        const QByteArray before = setlocale(LC_NUMERIC, nullptr);
+        const auto restore = qScopeGuard([before] { setlocale(LC_NUMERIC, before.constData()); });
+        const char* const names[] = {"es_ES.UTF-8", "de_DE.UTF-8", "fr_FR.UTF-8", "Spanish_Spain"};
+        if (std::none_of(std::begin(names), std::end(names),
+                         [](const char* name) { return setlocale(LC_NUMERIC, name) != nullptr; }))
+            QSKIP("No locale with a decimal comma is installed (es_ES, de_DE, fr_FR)");
+        QCOMPARE(localeconv()->decimal_point, ",");
+        QCOMPARE(velantor::numberFromText("72.5"), 72.5);
+        QCOMPARE(velantor::numberFromText("72,5"), 72.0);
     }
 
     void aZeroCharacterCutsNoText()
@@ -76,6 +107,14 @@ private Q_SLOTS:
         QCOMPARE(velantor::beatsExtension, "vtbeats");
         QCOMPARE(velantor::archiveExtension, "vtz");
         QCOMPARE(velantor::applicationVersion, "1.27c");
+        QCOMPARE(velantor::dataFolderName, "VelantorStress");
+    }
+
+    void filterKindsBearTheNamesThatAreStored()
+    {
+        QCOMPARE(velantor::baselineFilterFir, "fir");
+        QCOMPARE(velantor::notchFilter50Hz, "50hz");
+        QCOMPARE(velantor::muscleFilter40Hz, "40hz");
     }
 };
 

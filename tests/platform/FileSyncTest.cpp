@@ -32,6 +32,15 @@ private Q_SLOTS:
         QVERIFY(!velantor::syncToDisk(file));
     }
 
+    void aDeviceWithoutADiskIsNot()
+    {
+        QFile file(QStringLiteral("/dev/null"));
+        if (!file.exists())
+            QSKIP("This system has no /dev/null");
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QVERIFY(!velantor::syncToDisk(file));
+    }
+
 private:
     QTemporaryDir m_folder;
 };

@@ -372,6 +372,7 @@ private Q_SLOTS:
         QTest::newRow("too many channels") << good << 17 << 500 << 4096;
         QTest::newRow("negative channels") << good << -1 << 500 << 4096;
         QTest::newRow("no rate") << good << 1 << 0 << 4096;
+        QTest::newRow("too high a rate") << good << 1 << 1000001 << 4096;
         QTest::newRow("negative header") << good << 1 << 500 << -1;
         QTest::newRow("no such folder") << QStringLiteral("none/file") << 1 << 500 << 4096;
         QTest::newRow("a folder") << QStringLiteral(".") << 1 << 500 << 4096;

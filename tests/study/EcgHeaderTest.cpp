@@ -124,6 +124,8 @@ private Q_SLOTS:
         row("resolution as text", "\"resolution\":16", "\"resolution\":\"16\"");
         row("no resolution", "\"resolution\":16,", "");
         row("rate 0", "\"samplingRate\":500", "\"samplingRate\":0");
+        row("rate 1000000", "\"samplingRate\":500", "\"samplingRate\":1000000", true);
+        row("rate 1000001", "\"samplingRate\":500", "\"samplingRate\":1000001");
         row("negative rate", "\"samplingRate\":500", "\"samplingRate\":-500");
         row("rate with a fraction", "\"samplingRate\":500", "\"samplingRate\":0.5");
         row("no channels", "[\"II\"]", "[]");

@@ -98,10 +98,20 @@ private:
     QString ecgPath() const { return m_folder.filePath(QStringLiteral("samples")); }
     QString beatPath() const { return m_folder.filePath(QStringLiteral("beats")); }
 
-    /// Kills a child that records on and on once both files have grown to `enough` bytes.
-    bool recordUntilKilled(qint64 enough) const
+    /// What a child that is killed had finished, as far as it came to say so.
+    struct TFinished
     {
-        TChildProcess child([this] {
+        int samples = 0;
+        int beats = 0;
+    };
+
+    /// Kills a child that records on and on once both files have grown to `enough` bytes.
+    bool recordUntilKilled(qint64 enough, TFinished& finished) const
+    {
+        std::array<int, 2> ends{};
+        if (pipe(ends.data()) != 0)
+            return false;
+        TChildProcess child([this, &ends] {
             TEcgFile ecg(ecgPath(), channels, 500, 4096, true);
             TBeatFile beats(ecg, beatPath(), 256, true);
             // Should the test die first, the child neither lives on nor fills the disk.
@@ -109,14 +119,22 @@ private:
             for (int n = 0; n < 50000; ++n) {
                 append(ecg, 51);
                 beats.append(beatOf(n));
+                const TFinished now{ecg.sampleCount(), beats.count()};
+                if (write(ends[1], &now, sizeof now) != sizeof now)
+                    return 1;
             }
             return pause();
         });
+        close(ends[1]);
         while (child.running() &&
                (QFileInfo(ecgPath()).size() < enough || QFileInfo(beatPath()).size() < enough))
             QTest::qSleep(1);
         child.kill();
-        return child.wait() == -1;
+        const bool killed = child.wait() == -1;
+        while (read(ends[0], &finished, sizeof finished) == sizeof finished) {
+        }
+        close(ends[0]);
+        return killed;
     }
 
 private Q_SLOTS:
@@ -136,20 +154,27 @@ private Q_SLOTS:
     void whatWasAppendedSurvivesAKill()
     {
         QFETCH(int, enough);
-        QVERIFY(recordUntilKilled(enough));
+        TFinished finished;
+        QVERIFY(recordUntilKilled(enough, finished));
         TEcgFile ecg(ecgPath(), channels, 500);
         QCOMPARE(qint64(ecg.sampleCount()), (QFileInfo(ecgPath()).size() - 4096) / frameSize);
         QVERIFY(ecg.sampleCount() >= (enough - 4096) / frameSize);
+        // All that was finished is there, and at most the one append more that was under way.
+        QVERIFY(finished.samples > 0);
+        QVERIFY(ecg.sampleCount() >= finished.samples);
+        QVERIFY(ecg.sampleCount() <= finished.samples + 51);
         QVERIFY(samplesAreRight(ecg));
         TBeatFile beats(ecg, beatPath());
         QCOMPARE(qint64(beats.count()), (QFileInfo(beatPath()).size() - 256) / recordSize);
-        QVERIFY(beats.count() > 0);
+        QVERIFY(beats.count() >= finished.beats);
+        QVERIFY(beats.count() <= finished.beats + 1);
         QVERIFY(beatsAreRight(beats));
     }
 
     void aFileCutAnywhereReadsUpToTheLastWholeFrame()
     {
-        QVERIFY(recordUntilKilled(6000));
+        TFinished finished;
+        QVERIFY(recordUntilKilled(6000, finished));
         const QByteArray ecgBytes = samples::contentOf(ecgPath());
         const QByteArray beatBytes = samples::contentOf(beatPath());
         for (int cut = 0; cut < 3 * recordSize; cut += 5) {
@@ -158,7 +183,9 @@ private Q_SLOTS:
             TEcgFile ecg(ecgPath(), channels, 500);
             QCOMPARE(ecg.sampleCount(), std::max(0, int(ecgBytes.size() - cut - 4096)) / frameSize);
             QVERIFY(samplesAreRight(ecg));
-            QVERIFY(beatsAreRight(TBeatFile(ecg, beatPath())));
+            const TBeatFile beats(ecg, beatPath());
+            QCOMPARE(beats.count(), std::max(0, int(beatBytes.size() - cut - 256)) / recordSize);
+            QVERIFY(beatsAreRight(beats));
         }
     }
 

@@ -60,8 +60,8 @@ void TBeat::addTime(double seconds)
     m_windowStart += seconds;
     setValue(beatTime, m_values[beatTime] + seconds);
     for (int channel = 0; channel < m_channelCount; ++channel)
-        for (int slot = pPeak; slot <= tPeak; ++slot)
-            if (m_fiducialSet[channel][slot])
+        for (int slot = 0; slot < fiducialCount; ++slot)
+            if (isTime(slot) && m_fiducialSet[channel][slot])
                 m_fiducials[channel][slot] += seconds;
 }
 

@@ -50,7 +50,7 @@ public:
 
     int channelCount() const { return m_channelCount; }
 
-    /// Number within the store the beat was read from, -1 for a beat of none. Adding a beat to a store leaves
+    /// Place within the store the beat was read from, -1 for a beat of none. Adding a beat to a store leaves
     /// the beat as it is; the stored copy gets its place.
     int index() const { return m_index; }
     void setIndex(int index) { m_index = index; }

@@ -20,7 +20,7 @@ public:
     /// left out. Whole numbers are truncated and kept in their range; what is not finite is written as
     /// absent, and an invalid beat with a number of -1 unless its number tells it already.
     void pack(const TBeat& beat, char* out) const;
-    /// Reads `size()` bytes into a beat with that number. Doubles that are not finite are taken as absent.
+    /// Reads `size()` bytes into a beat with that index. Doubles that are not finite are taken as absent.
     TBeat unpack(const char* data, int index) const;
 
 private:

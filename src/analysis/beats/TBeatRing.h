@@ -6,7 +6,7 @@
 #include <memory>
 
 /// The last beats of a live recording, in memory, as compact records. Once it is full each new beat takes the
-/// place of the oldest; the numbers of the beats go on, so that a beat read earlier still finds its
+/// place of the oldest; the indices of the beats go on, so that a beat read earlier still finds its
 /// neighbours.
 class TBeatRing : public TBeatStore
 {

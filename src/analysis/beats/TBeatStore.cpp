@@ -4,7 +4,11 @@
 
 namespace {
 
-/// Number of the first beat whose window start does not fulfil `before`, or the store's count.
+/// Beats that can start within the window of one beat, itself included: a window is a second or two long, and
+/// no heart beats faster than that. Where no window covers a time, no more beats than these are read.
+constexpr int maxOverlap = 8;
+
+/// Index of the first beat whose window start does not fulfil `before`, or the store's count.
 template <typename Before> int partitionPoint(const TBeatStore& store, Before before)
 {
     TBeat probe;
@@ -59,9 +63,9 @@ bool TBeatStore::previousValidBeat(const TBeat& current, TBeat& out) const
 bool TBeatStore::beatAt(double t, TBeat& out) const
 {
     const int after = partitionPoint(*this, [t](double start) { return start <= t; });
-    // The window of a premature beat can lie whole within that of the beat before it.
+    // Windows of premature beats can lie whole within that of a beat before them.
     TBeat candidate;
-    for (int index = after - 1; index >= std::max(firstIndex(), after - 2); --index) {
+    for (int index = after - 1; index >= std::max(firstIndex(), after - maxOverlap); --index) {
         if (beat(index, candidate) && candidate.covers(t)) {
             out = candidate;
             return true;

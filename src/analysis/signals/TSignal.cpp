@@ -11,7 +11,6 @@
 namespace {
 
 constexpr int maxBlockSize = 1 << 24;
-constexpr int maxSamplingRate = 1000000;
 constexpr int maxResolutionBits = 64;
 constexpr std::size_t maxLoadedBlocks = 1024;
 

@@ -16,6 +16,9 @@
 class TSignal
 {
 public:
+    /// Samples per second.
+    static constexpr int maxSamplingRate = 1000000;
+
     TSignal(const TSignal&) = delete;
     TSignal& operator=(const TSignal&) = delete;
 
@@ -84,8 +87,8 @@ public:
     void trimBlocks(bool roundUp);
 
 protected:
-    /// Arguments out of a sane range are clamped: at least one sample per block and per second, 0 to 16
-    /// channels.
+    /// Arguments out of a sane range are clamped: 1 to 2^24 samples per block, 0 to 16 channels, 1 to
+    /// `maxSamplingRate` samples per second.
     TSignal(int blockSize, int channelCount, int samplingRate);
 
     /// How many of `frames` more frames the count of samples can take.

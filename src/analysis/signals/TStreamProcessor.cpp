@@ -8,7 +8,7 @@
 void TStreamProcessor::attach(TSignal* source, int position)
 {
     m_source = source;
-    m_position = position;
+    m_position = std::max(position, 0);
 }
 
 int TStreamProcessor::available() const

@@ -12,7 +12,8 @@ public:
     TStreamProcessor(const TStreamProcessor&) = delete;
     TStreamProcessor& operator=(const TStreamProcessor&) = delete;
 
-    /// Starts afresh on `source` at sample index `position`. What the source no longer holds reads 0.
+    /// Starts afresh on `source` at sample index `position`, one below 0 counts as 0. What the source no
+    /// longer holds reads 0.
     virtual void attach(TSignal* source, int position);
     /// Consumes what the source has beyond `position()`; does nothing without source or sink. The sink gets
     /// the frames in pieces rather than one by one, so its listeners are told once per piece.

@@ -107,14 +107,28 @@ private Q_SLOTS:
         QCOMPARE(at(store, 1.7), 0);
     }
 
+    void aLongWindowIsFoundBehindSeveralShortOnes()
+    {
+        TBeatRing store(1, 10);
+        add(store, 1.0, 1.0);
+        add(store, 1.3, 0.2);
+        add(store, 1.6, 0.2);
+        QCOMPARE(at(store, 1.4), 1);
+        QCOMPARE(at(store, 1.55), 0);
+        QCOMPARE(at(store, 1.7), 2);
+        QCOMPARE(at(store, 1.9), 0);
+        QCOMPARE(at(store, 2.0), none);
+    }
+
     void lookUpsByTimeFindWhatAWalkFinds()
     {
         std::mt19937 random(46);
         std::uniform_real_distribution<double> gap(0.3, 2.0);
+        std::uniform_real_distribution<double> length(0.1, 2.0);
         TBeatRing store(1, 64);
         double start = 0.0;
         for (int i = 0; i < 150; ++i)
-            add(store, start += gap(random), 0.25);
+            add(store, start += gap(random), length(random));
         for (double t = 0.0; t < start + 3.0; t += 0.05) {
             int covering = none;
             int next = none;

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <limits>
+
 class AverageDecimatorTest : public QObject
 {
     Q_OBJECT
@@ -41,6 +43,38 @@ private Q_SLOTS:
         decimator.attach(&source, 50);
         decimator.run();
         QCOMPARE(sink.sampleCount(), 1);
+    }
+
+    void aPositionBelowTheStartCountsAsTheStart()
+    {
+        TInt16Signal source(4, 100, 1, 500);
+        TInt16Signal sink(4, 100, 1, 500);
+        append(source, {{2, 4, 6, 8}}, 0, 4);
+        TAverageDecimator decimator(2);
+        for (const int position : {-1, -50, std::numeric_limits<int>::min()}) {
+            decimator.attach(&source, position);
+            QCOMPARE(decimator.position(), 0);
+        }
+        decimator.setSink(&sink);
+        decimator.run();
+        QCOMPARE(sink.sampleCount(), 2);
+        QCOMPARE(sink.sample(0, 0), 3);
+        QCOMPARE(sink.sample(0, 1), 7);
+    }
+
+    void aSinkWithFewerChannelsGetsTheFirstOnes()
+    {
+        TInt16Signal source(4, 100, 3, 500);
+        TInt16Signal sink(4, 100, 2, 500);
+        append(source, {{2, 4}, {10, 20}, {100, 200}}, 0, 2);
+        TAverageDecimator decimator(2);
+        decimator.attach(&source, 0);
+        decimator.setSink(&sink);
+        decimator.run();
+        QCOMPARE(sink.sampleCount(), 1);
+        QCOMPARE(sink.sample(0, 0), 3);
+        QCOMPARE(sink.sample(1, 0), 15);
+        QCOMPARE(sink.sample(2, 0), 0);
     }
 
     void withoutSourceOrSinkNothingHappens()

@@ -190,6 +190,26 @@ private Q_SLOTS:
         QCOMPARE(channel.mean(0, -1), 0);
     }
 
+    void spansThatBeginBeforeTheSignalReadZerosThere()
+    {
+        TInt16Signal ring(4, 100, 1, 500);
+        append(ring, {{9, 9, 9, 9}}, 0, 4);
+        TStoredSignal stored(4, {{9, 9, 9, 9}});
+        for (TSignal* signal : {static_cast<TSignal*>(&ring), static_cast<TSignal*>(&stored)}) {
+            TChannel& channel = *signal->channel(0);
+            QCOMPARE(channel.mean(-2, 6), 6); // 36 / 6
+            QCOMPARE(channel.mean(-6, 3), 0);
+            int first = -9;
+            int last = -9;
+            QVERIFY(channel.findOutside(-3, 4, -5, 5, &first, &last));
+            QCOMPARE(first, 0);
+            QCOMPARE(last, 4);
+            QVERIFY(channel.findOutside(-3, 4, 5, 10, &first, &last)); // the zeros are below the limit
+            QCOMPARE(first, -3);
+            QCOMPARE(last, 0);
+        }
+    }
+
     void theMeanOfALongSpanDoesNotOverflow()
     {
         TStoredSignal signal(4096, {std::vector<short>(200000, 32767)});

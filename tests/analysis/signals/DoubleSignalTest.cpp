@@ -1,3 +1,4 @@
+#include "analysis/signals/TCountLog.h"
 #include "analysis/signals/TDoubleSignal.h"
 
 #include <QtTest>
@@ -83,6 +84,26 @@ private Q_SLOTS:
         QCOMPARE(signal.sample(0, 1), 2);
         QCOMPARE(signal.sample(0, 4), 5);
         QCOMPARE(signal.sample(0, 5), 0);
+    }
+
+    void everyFormOfAppendTellsTheListenersInOrderWhenTheCountsAreRight()
+    {
+        TDoubleSignal signal(2, 8, 1, 500);
+        TCountLog::TCalls calls;
+        const TCountLog first(signal, 1, calls);
+        const TCountLog second(signal, 2, calls);
+        const double doubles[] = {1.5, 2.5, 3.5};
+        const double* const rows[] = {doubles};
+        const short shorts[] = {1, 2};
+        const short* const shortRows[] = {shorts};
+        signal.addInterleaved(reinterpret_cast<const char*>(doubles), sizeof doubles);
+        signal.addPerChannel(rows, 1);
+        signal.addPerChannelDouble(rows, 3);
+        signal.addPerChannel(shortRows, 2);
+        QCOMPARE(
+            calls,
+            (TCountLog::TCalls{
+                {1, 3, 1}, {2, 3, 1}, {1, 4, 2}, {2, 4, 2}, {1, 7, 3}, {2, 7, 3}, {1, 9, 4}, {2, 9, 4}}));
     }
 };
 

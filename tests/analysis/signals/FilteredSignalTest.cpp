@@ -1,4 +1,5 @@
 #include "analysis/signals/TBlockProcessor.h"
+#include "analysis/signals/TCountLog.h"
 #include "analysis/signals/TFilteredSignal.h"
 #include "analysis/signals/TInt16Signal.h"
 #include "analysis/signals/TSignalWindow.h"
@@ -173,6 +174,51 @@ private Q_SLOTS:
         QCOMPARE(twice.sample(0, 0), 9);
         QCOMPARE(twice.sample(0, 2), 27);
         QCOMPARE(twice.sample(0, 5), 26);
+    }
+
+    void aViewOfARingGrowsWithItAndKeepsWhatItHasMade()
+    {
+        TInt16Signal ring(2, 8, 1, 500);
+        TNeighbourSum sum;
+        TFilteredSignal view(&ring, &sum);
+        QCOMPARE(view.sampleCount(), 0);
+        append(ring, {{1, 2, 3, 4}}, 0, 4);
+        QCOMPARE(view.sampleCount(), 4);
+        QCOMPARE(view.blockCount(), 2);
+        QCOMPARE(view.sample(0, 1), 6);
+        append(ring, {{5, 6, 7}}, 0, 3);
+        QCOMPARE(view.sampleCount(), 7);
+        QCOMPARE(view.blockCount(), 3);
+        QCOMPARE(view.sample(0, 3), 12);
+        QCOMPARE(view.sample(0, 6), 0); // its block is not whole
+        append(ring, {{8, 9, 10}}, 0, 3);
+        QCOMPARE(ring.sample(0, 1), 0);
+        QCOMPARE(view.sample(0, 1), 6);
+        QCOMPARE(view.sample(0, 3), 12);
+        QCOMPARE(sum.blocks, 2);
+    }
+
+    void listenersOfTheSourceThatComeAfterTheViewSeeItGrown()
+    {
+        TInt16Signal ring(2, 8, 1, 500);
+        TFilteredSignal view(&ring, static_cast<TBlockProcessor*>(nullptr));
+        int seen = -1;
+        class TViewer : public TSignalListener
+        {
+        public:
+            TViewer(const TSignal& signal, int& count) : m_signal(signal), m_count(count) {}
+            void signalChanged() override { m_count = m_signal.sampleCount(); }
+
+        private:
+            const TSignal& m_signal;
+            int& m_count;
+        } viewer(view, seen);
+        ring.addListener(&viewer);
+        TCountLog::TCalls calls;
+        const TCountLog log(view, 1, calls);
+        append(ring, {{1, 2, 3}}, 0, 3);
+        QCOMPARE(seen, 3);
+        QVERIFY(calls.empty());
     }
 };
 

@@ -17,7 +17,7 @@ std::vector<double> randomTaps(int count)
     return taps;
 }
 
-/// The sum in the stated order, from single samples.
+/// The sum from single samples, oldest sample first.
 double naiveSum(TSignal& source, const std::vector<double>& h, int delay, int channel, int position)
 {
     const int n = static_cast<int>(h.size());

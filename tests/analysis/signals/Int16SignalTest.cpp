@@ -1,3 +1,4 @@
+#include "analysis/signals/TCountLog.h"
 #include "analysis/signals/TInt16Signal.h"
 #include "analysis/signals/TStoredSignal.h"
 
@@ -218,6 +219,73 @@ private Q_SLOTS:
                 QCOMPARE(signal.sample(channel, index), expected);
             }
         }
+    }
+
+    void everyFormOfAppendTellsTheListenersOnceWhenTheCountsAreRight()
+    {
+        TInt16Signal signal(2, 8, 1, 500);
+        TCountLog::TCalls calls;
+        const TCountLog log(signal, 1, calls);
+        const short shorts[] = {1, 2, 3, 4, 5};
+        const short* const rows[] = {shorts};
+        const double doubles[] = {1.0, 2.0};
+        const double* const doubleRows[] = {doubles};
+        signal.addInterleaved(reinterpret_cast<const char*>(shorts), 6);
+        QCOMPARE(calls, (TCountLog::TCalls{{1, 3, 1}}));
+        signal.addPerChannel(rows, 5);
+        QCOMPARE(calls, (TCountLog::TCalls{{1, 3, 1}, {1, 8, 4}}));
+        signal.addPerChannelDouble(doubleRows, 2);
+        QCOMPARE(calls, (TCountLog::TCalls{{1, 3, 1}, {1, 8, 4}, {1, 10, 5}}));
+    }
+
+    void listenersAreToldInTheOrderOfTheirComing()
+    {
+        TInt16Signal signal(2, 8, 1, 500);
+        TCountLog::TCalls calls;
+        const TCountLog first(signal, 1, calls);
+        const TCountLog second(signal, 2, calls);
+        const TCountLog third(signal, 3, calls);
+        appendRamp(signal, 0, 3);
+        appendRamp(signal, 3, 1);
+        QCOMPARE(calls,
+                 (TCountLog::TCalls{{1, 3, 1}, {2, 3, 1}, {3, 3, 1}, {1, 4, 2}, {2, 4, 2}, {3, 4, 2}}));
+    }
+
+    void anAppendOfNothingTellsNobody()
+    {
+        TInt16Signal signal(2, 8, 2, 500);
+        TCountLog::TCalls calls;
+        const TCountLog log(signal, 1, calls);
+        const char bytes[3] = {};
+        signal.addInterleaved(bytes, 3);
+        signal.addPerChannel(nullptr, 0);
+        signal.addPerChannelDouble(nullptr, -1);
+        QVERIFY(calls.empty());
+    }
+
+    void aRingFilledExactlyHasTurnedAndItsBlocksAreZero()
+    {
+        TInt16Signal full(2, 8, 1, 500); // 4 slots
+        appendRamp(full, 100, 8);        // 4 blocks, 4 mod 4 = 0: none was written since the turn
+        for (int block = 0; block < 4; ++block)
+            QCOMPARE(full.lockBlock(0, block)[0], short(0));
+        QCOMPARE(full.lockBlock(0, 4), nullptr);
+        QCOMPARE(full.sample(0, 0), 100);
+        QCOMPARE(full.sample(0, 7), 107);
+    }
+
+    void roundingUpTheLastBlockOfARingTurnsItToo()
+    {
+        TInt16Signal signal(2, 8, 1, 500);
+        appendRamp(signal, 100, 7);
+        QCOMPARE(signal.blockCount(), 3);
+        QCOMPARE(signal.lockBlock(0, 2)[1], short(105));
+        signal.unlockBlock(0, 2);
+        signal.trimBlocks(true);
+        QCOMPARE(signal.blockCount(), 4);
+        QCOMPARE(signal.lockBlock(0, 2)[1], short(0));
+        QCOMPARE(signal.lockBlock(0, 3)[0], short(0));
+        QCOMPARE(signal.sample(0, 6), 106);
     }
 };
 
