@@ -84,6 +84,7 @@ private Q_SLOTS:
     void aWaitingReadIsInterruptedAtOnce_data();
     void aWaitingReadIsInterruptedAtOnce();
     void anInterruptedPortStaysSoUntilItIsOpenedAgain();
+    void anInterruptionDuringTheOpeningIsWholeOrNotAtAll();
     void aWaitingWriteIsInterruptedToo();
     void anInterruptedPortStillTakesACommand();
     void aWriteEndsWithItsTime();
@@ -277,6 +278,31 @@ void CommPortWaitTest::anInterruptedPortStaysSoUntilItIsOpenedAgain()
         QVERIFY(ms < 5000);
         port.close();
     }
+}
+
+void CommPortWaitTest::anInterruptionDuringTheOpeningIsWholeOrNotAtAll()
+{
+    TPseudoTerminal line;
+    CommPort port;
+    std::atomic<bool> done = false;
+    std::thread other([&] {
+        while (!done)
+            port.interrupt();
+    });
+    // Between the two halves of an interruption, a read would find neither and never come back.
+    int slowest = 0;
+    for (int i = 0; i < 2000; ++i) {
+        port.open(line.path(), shortTimes(0));
+        slowest = qMax(slowest, static_cast<int>(msOf([&] { port.readByte(); })));
+    }
+    done = true;
+    other.join();
+    QVERIFY2(slowest < 2000, qPrintable(QString::number(slowest)));
+    QVERIFY(port.isInterrupted());
+    port.open(line.path(), shortTimes(10000));
+    QVERIFY(!port.isInterrupted());
+    QVERIFY(line.writeAll("x"));
+    QCOMPARE(port.readByte(), int('x'));
 }
 
 void CommPortWaitTest::aWaitingWriteIsInterruptedToo()
