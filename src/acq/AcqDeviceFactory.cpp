@@ -7,8 +7,6 @@
 #include "acq/TStdAcqDevice.h"
 #include "base/Settings.h"
 
-#include <cmath>
-
 namespace {
 
 std::unique_ptr<TPortAcqDevice> createBluetoothDevice(int mask)
@@ -43,7 +41,7 @@ std::unique_ptr<TAcqDevice> createAcqDevice(bool reducedChannels)
     const bool bluetooth = mode == QLatin1String("bluetooth-com");
     auto device = bluetooth ? createBluetoothDevice(mask) : createUsbDevice(mask);
     const double gain = signalGain();
-    if (gain > 0.0 && std::isfinite(gain))
+    if (gain > 0.0)
         device->setRange(gain);
     return device;
 }
