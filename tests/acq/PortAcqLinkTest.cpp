@@ -287,7 +287,7 @@ void PortAcqLinkTest::aDeviceMayGoWhileItReads()
 
 void PortAcqLinkTest::whatNobodyExpectsIsAnErrorToo()
 {
-    TSimulatedDevice simulated;
+    const TSimulatedDevice simulated;
     TAcqBuffer buffer;
     TFailingReader reader(buffer, simulated.path());
     reader.startReading();
@@ -295,10 +295,10 @@ void PortAcqLinkTest::whatNobodyExpectsIsAnErrorToo()
     QCOMPARE(reader.errorText(), "Unexpected error");
     reader.stopReading();
     // The port has been closed.
-    const auto device = makeDevice(false, simulated.path());
-    simulated.forgetCommands();
-    device->start();
     QVERIFY(simulated.waitForCommands("\1\1\t"));
+    const auto device = makeDevice(false, simulated.path());
+    device->start();
+    QVERIFY(simulated.waitForCommands("\1\1\t\1\1\t"));
 }
 
 void PortAcqLinkTest::aThreadThatDoesNotStartIsAnError()
