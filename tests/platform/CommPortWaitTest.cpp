@@ -284,18 +284,27 @@ void CommPortWaitTest::anInterruptionDuringTheOpeningIsWholeOrNotAtAll()
 {
     TPseudoTerminal line;
     CommPort port;
-    std::atomic<bool> done = false;
+    constexpr int rounds = 2000;
+    std::atomic<int> begun = 0;
+    std::atomic<int> done = 0;
+    // One interruption for each opening: a second one would end what the first one left.
     std::thread other([&] {
-        while (!done)
+        for (int i = 1; i <= rounds; ++i) {
+            while (begun < i)
+                std::this_thread::yield();
             port.interrupt();
+            done = i;
+        }
     });
     // Between the two halves of an interruption, a read would find neither and never come back.
     int slowest = 0;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 1; i <= rounds; ++i) {
+        begun = i;
         port.open(line.path(), shortTimes(0));
+        while (done < i)
+            std::this_thread::yield();
         slowest = qMax(slowest, static_cast<int>(msOf([&] { port.readByte(); })));
     }
-    done = true;
     other.join();
     QVERIFY2(slowest < 2000, qPrintable(QString::number(slowest)));
     port.open(line.path(), shortTimes(10000));
