@@ -1,8 +1,14 @@
+#include "acq/AcqChannels.h"
+#include "acq/LeadComputation.h"
 #include "acq/TAcqBuffer.h"
 #include "acq/TAcqDevice.h"
 #include "acq/TDemoAcqDevice.h"
+#include "acq/TFrameParser.h"
+#include "acq/THRAcqDevice.h"
 #include "acq/TQtAcqDriver.h"
+#include "acq/TStdAcqDevice.h"
 #include "analysis/signals/TInt16Signal.h"
+#include "simulators/TEcgDeviceSimulator.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -13,7 +19,9 @@
 #include <atomic>
 #include <ctime>
 #include <deque>
+#include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 /// The road of the samples from the reader to the signal. `frames` and `bytes_per_second` are those of one
@@ -149,5 +157,116 @@ void replayInRealTime(benchmark::State& state)
     }
 }
 BENCHMARK(replayInRealTime)->Iterations(1)->UseRealTime()->MeasureProcessCPUTime()->Unit(benchmark::kSecond);
+
+/// What the readers do with the bytes of the line, without the line: `frames` of the device in a second.
+template <typename Parser, int deviceRate> void framesThroughParser(benchmark::State& state)
+{
+    constexpr bool isHighRate = deviceRate == 1000;
+    const auto source = sim::makeSampleSource(QStringLiteral("pattern"), deviceRate, 450.0);
+    std::vector<std::uint8_t> line;
+    for (int i = 0; i < deviceRate; ++i) {
+        sim::TDeviceState device;
+        device.samples = source->frame(i);
+        const auto frame = isHighRate ? sim::highRateFrame(device) : sim::standardFrame(device);
+        line.insert(line.end(), frame.begin(), frame.end());
+    }
+    Parser parser;
+    TEcgSample sample;
+    std::int64_t frames = 0;
+    for ([[maybe_unused]] const auto turn : state) {
+        for (const std::uint8_t byte : line) {
+            if (!parser.add(byte, sample))
+                continue;
+            acq::computeAugmentedLeads(sample);
+            if (!isHighRate)
+                acq::zeroDetachedLeads(sample);
+            benchmark::DoNotOptimize(sample);
+            ++frames;
+        }
+    }
+    if (frames != static_cast<std::int64_t>(state.iterations()) * deviceRate)
+        state.SkipWithError("Frames were lost.");
+    state.counters["frames"] = benchmark::Counter(static_cast<double>(frames), benchmark::Counter::kIsRate);
+}
+BENCHMARK_TEMPLATE(framesThroughParser, TStdFrameParser, 500);
+BENCHMARK_TEMPLATE(framesThroughParser, THRFrameParser, 1000);
+
+double threadSeconds()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+/// A device at the far end of a line, on a thread of its own whose processor time is known.
+class TFarEnd
+{
+public:
+    explicit TFarEnd(const TEcgDeviceOptions& options)
+        : m_simulator(options, sim::makeSampleSource(QStringLiteral("pattern"),
+                                                     options.isHighRate ? 1000 : 500, 450.0)),
+          m_thread([this] {
+              m_simulator.run([this] {
+                  m_seconds = threadSeconds();
+                  return m_done.load();
+              });
+          })
+    {
+    }
+    ~TFarEnd()
+    {
+        m_done = true;
+        m_thread.join();
+    }
+    TFarEnd(const TFarEnd&) = delete;
+    TFarEnd& operator=(const TFarEnd&) = delete;
+
+    std::string path() const { return m_simulator.path(); }
+    /// Up to about 5 ms ago.
+    double processorSeconds() const { return m_seconds; }
+
+private:
+    std::atomic<bool> m_done = false;
+    std::atomic<double> m_seconds = 0.0;
+    TEcgDeviceSimulator m_simulator;
+    std::thread m_thread;
+};
+
+std::unique_ptr<TAcqDevice> deviceAt(const std::string& path, bool isHighRate)
+{
+    if (isHighRate)
+        return std::make_unique<THRAcqDevice>(path.c_str(), acq::highRateBaud);
+    return std::make_unique<TStdAcqDevice>(path.c_str(), acq::standardBaud, acq::allChannels);
+}
+
+/// A recording from a device as it happens; `cpu_share` is that of one core for reader, pump and append
+/// together, without the simulated device.
+void recordInRealTime(benchmark::State& state)
+{
+    constexpr int milliseconds = 5000;
+    TEcgDeviceOptions options;
+    options.isHighRate = state.range(0) != 0;
+    const TFarEnd farEnd(options);
+    const auto device = deviceAt(farEnd.path(), options.isHighRate);
+    TInt16Signal signal(4096, 10 * rate, channels, rate);
+    TQtAcqDriver driver(device.get(), &signal);
+    driver.start();
+    for ([[maybe_unused]] const auto turn : state) {
+        while (signal.sampleCount() == 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QElapsedTimer time;
+        time.start();
+        const int first = signal.sampleCount();
+        const std::clock_t before = std::clock();
+        const double farBefore = farEnd.processorSeconds();
+        while (time.elapsed() < milliseconds)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        const double all = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+        const double seconds = static_cast<double>(time.elapsed()) / 1000;
+        state.counters["cpu_share"] = (all - (farEnd.processorSeconds() - farBefore)) / seconds;
+        state.counters["frames"] = (signal.sampleCount() - first) / seconds;
+    }
+}
+BENCHMARK(recordInRealTime)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
 
 } // namespace

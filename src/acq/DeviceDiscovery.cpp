@@ -9,6 +9,7 @@
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <utility>
 
@@ -19,6 +20,8 @@ constexpr int deviceVendor = 0x04D8;
 constexpr int deviceProduct = 0x00DF;
 
 using TPorts = std::vector<TPortDescription>;
+
+std::atomic<int> probeTimeoutMs = TAcqPort::defaultReadTimeoutMs;
 
 acq::TPortLister& portLister()
 {
@@ -64,6 +67,11 @@ void acq::setPortLister(TPortLister lister)
     portLister() = lister ? std::move(lister) : systemPorts;
 }
 
+void acq::setProbeTimeout(int ms)
+{
+    probeTimeoutMs = ms > 0 ? ms : TAcqPort::defaultReadTimeoutMs;
+}
+
 std::string findUsbPort()
 {
     const TPorts ports = portLister()();
@@ -82,7 +90,8 @@ QStringList detectBluetoothPorts()
         if (!port.description.contains(QLatin1String("Bluetooth")))
             continue;
         const QByteArray name = port.portName.toLocal8Bit();
-        probes.insert(name, QtConcurrent::run(probePort, name.toStdString()));
+        if (!probes.contains(name)) // Two probes of one port would shut each other out.
+            probes.insert(name, QtConcurrent::run(probePort, name.toStdString()));
     }
     QStringList found;
     for (auto probe = probes.cbegin(); probe != probes.cend(); ++probe) {
@@ -94,7 +103,7 @@ QStringList detectBluetoothPorts()
 
 bool probePort(std::string port)
 {
-    TAcqPort line(port, acq::standardBaud);
+    TAcqPort line(port, acq::standardBaud, probeTimeoutMs);
     const QByteArray answer = QByteArray::fromStdString(identify(line)).trimmed().toLower();
     return answer.contains("ergo") || answer.contains("ecg");
 }

@@ -26,6 +26,9 @@ std::vector<TPortDescription> systemPorts();
 /// Lets the searches look at other ports than those of this machine, so that they can be tried without a
 /// device; an empty function takes them back to `systemPorts`. Not while a search runs.
 void setPortLister(TPortLister lister);
+/// How long a probe waits for an answer in place of 10 s; 0 takes it back. For tests with devices that are
+/// silent.
+void setProbeTimeout(int ms);
 
 } // namespace acq
 
@@ -33,8 +36,9 @@ void setPortLister(TPortLister lister);
 /// TError("Device not found").
 std::string findUsbPort();
 
-/// The Bluetooth ports behind which a device answers, sorted by name. Tries all of them at once and waits
-/// until each has answered or its time is over (10 s).
+/// The Bluetooth ports behind which a device answers, sorted by name. Tries them side by side on the global
+/// thread pool, as many at a time as it has threads (one per processor), and waits until each has answered or
+/// its time is over (10 s).
 QStringList detectBluetoothPorts();
 
 /// Whether a device answers at the port. Throws TError if the port cannot be opened.

@@ -4,6 +4,13 @@
 
 #include <algorithm>
 
+namespace {
+
+/// More than the longest block that the pump takes; only a stall needs more.
+constexpr std::size_t keptBytes = 256 * 1024;
+
+} // namespace
+
 void TAcqBuffer::push(const char* data, int size)
 {
     const QMutexLocker lock(&m_mutex);
@@ -23,15 +30,15 @@ int TAcqBuffer::pop(char* data, int size)
         m_bytes.erase(m_bytes.begin(), m_bytes.begin() + static_cast<std::ptrdiff_t>(m_first));
         m_first = 0;
     }
+    if (m_bytes.empty() && m_bytes.capacity() > keptBytes)
+        std::vector<char>().swap(m_bytes);
     m_size.store(static_cast<qint64>(waiting - count), std::memory_order_release);
     return static_cast<int>(count);
 }
 
-void TAcqBuffer::clear()
+qint64 TAcqBuffer::reservedBytes()
 {
     const QMutexLocker lock(&m_mutex);
     static_cast<void>(m_size.load(std::memory_order_acquire));
-    m_bytes.clear();
-    m_first = 0;
-    m_size.store(0, std::memory_order_release);
+    return static_cast<qint64>(m_bytes.capacity());
 }

@@ -16,11 +16,13 @@ public:
     int pop(char* data, int size);
     /// Bytes waiting. Without the lock: it may be stale, never torn.
     qint64 size() const { return m_size.load(std::memory_order_acquire); }
-    void clear();
+    /// What the queue holds of the memory, waiting bytes or not.
+    qint64 reservedBytes();
 
 private:
     QMutex m_mutex;
-    /// Waiting bytes are those from m_first on; the room before them is reclaimed when it outgrows them.
+    /// Waiting bytes are those from m_first on; the room before them is reclaimed when it outgrows them, and
+    /// the memory itself when a long queue has been emptied.
     std::vector<char> m_bytes;
     std::size_t m_first = 0;
     /// Read first and written last under the lock, which orders the accesses for those, too, that do not see

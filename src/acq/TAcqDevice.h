@@ -15,7 +15,7 @@ public:
     virtual void start() = 0;
     /// False once the reader thread has failed; `start` begins anew.
     virtual bool isOk() const = 0;
-    /// Whether the device is up but has nothing to give yet.
+    /// A further state of the reader; always false for the present devices.
     virtual bool isWaiting() const = 0;
     virtual int bytesAvailable() const = 0;
     /// Takes up to `size` bytes; returns their number.

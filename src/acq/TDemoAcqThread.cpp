@@ -47,12 +47,14 @@ void TDemoAcqThread::run()
             m_sleep(emptyFileMs);
             continue;
         }
-        pushSelected();
+        const bool pushed = pushSelected();
         m_bytesRead += count;
         if (m_paced)
             pace();
-        else
+        else if (pushed)
             waitForRoom();
+        else // Nobody waits for frames of which nothing is wanted.
+            m_sleep(emptyFileMs);
     }
     m_ended.store(true, std::memory_order_release);
 }
@@ -73,16 +75,17 @@ int TDemoAcqThread::readBytes()
         std::max<qint64>(m_file->read(m_frame.data(), static_cast<qint64>(m_frame.size())), 0));
 }
 
-void TDemoAcqThread::pushSelected()
+bool TDemoAcqThread::pushSelected()
 {
-    if (m_layout.bytesPerSample != sampleBytes)
-        return;
+    if (m_layout.bytesPerSample != sampleBytes || m_selected.empty())
+        return false;
     char* out = m_selectedSamples.data();
     for (const int channel : m_selected) {
         const qint16 sample = qFromLittleEndian<qint16>(m_frame.data() + channel * sampleBytes);
         out = std::copy_n(reinterpret_cast<const char*>(&sample), sampleBytes, out);
     }
     m_buffer.push(m_selectedSamples.data(), static_cast<int>(m_selectedSamples.size()));
+    return true;
 }
 
 void TDemoAcqThread::pace()

@@ -44,7 +44,8 @@ private:
     /// The next frame, the first one behind the last; returns the bytes that came.
     int readFrame();
     int readBytes();
-    void pushSelected();
+    /// False if nothing of the frame is wanted.
+    bool pushSelected();
     void pace();
     void waitForRoom();
 

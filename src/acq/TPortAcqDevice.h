@@ -13,7 +13,8 @@ class TPortAcqDevice : public TAcqDevice
 public:
     ~TPortAcqDevice() override = 0;
 
-    /// Physical values of the ends of the 16-bit span become minus and plus `range`, in millivolts.
+    /// Physical values of the ends of the 16-bit span become minus and plus `range`, in millivolts;
+    /// before the start.
     void setRange(double range) { m_range = range; }
     /// Total time of one read in place of 10 s; before the start.
     void setReadTimeout(int ms);

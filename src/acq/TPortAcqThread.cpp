@@ -35,6 +35,8 @@ void TPortAcqThread::startReading()
     m_errorText = "";
     m_failed = false;
     start(QThread::InheritPriority);
+    if (!isRunning() && !isFinished()) // The system gave no thread.
+        fail("Unexpected error");
 }
 
 void TPortAcqThread::stopReading()

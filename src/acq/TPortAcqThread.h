@@ -18,7 +18,8 @@
 class TPortAcqThread : public QThread
 {
 public:
-    /// Ends the reading and waits for it.
+    /// The thread has ended before: derived classes call `stopReading` in their destructors, as it runs their
+    /// code.
     ~TPortAcqThread() override = 0;
 
     /// For a line with a time-out of its own; before the start.

@@ -35,6 +35,18 @@ void TQtAcqDriver::start()
     m_started = true;
     connectThread();
     m_thread->start(QThread::InheritPriority);
+    if (!m_thread->isRunning() && !m_thread->isFinished())
+        reportMissingThread();
+}
+
+/// The system gave no thread. By the event loop, like every error: who starts may not be ready for it yet.
+void TQtAcqDriver::reportMissingThread()
+{
+    const auto report = [this] {
+        const QScopedValueRollback depth(m_blockingCallDepth, m_blockingCallDepth + 1);
+        notifyError("Unspecified application error");
+    };
+    QMetaObject::invokeMethod(&m_blockingReceiver, report, Qt::QueuedConnection);
 }
 
 void TQtAcqDriver::connectThread()
@@ -43,7 +55,7 @@ void TQtAcqDriver::connectThread()
                                Qt::QueuedConnection);
     m_connections[1] = connect(
         m_thread.get(), &TQtAcqDriverThread::pacemaker, &m_blockingReceiver,
-        [this] { reportPulse(m_thread->lastPulse()); }, Qt::BlockingQueuedConnection);
+        [this](int sampleOffset) { reportPulse(sampleOffset); }, Qt::BlockingQueuedConnection);
     m_connections[2] = connect(
         m_thread.get(), &TQtAcqDriverThread::error, &m_blockingReceiver, [this] { reportError(); },
         Qt::BlockingQueuedConnection);

@@ -41,6 +41,7 @@ private Q_SLOTS:
 private:
     void connectThread();
     void disconnectThread();
+    void reportMissingThread();
 
     std::unique_ptr<TQtAcqDriverThread> m_thread;
     /// Receives what the pump blocks for. Calls that are posted to it can be taken away, which releases the

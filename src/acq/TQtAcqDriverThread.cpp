@@ -1,9 +1,9 @@
 #include "acq/TQtAcqDriverThread.h"
 
 #include "acq/TAcqDevice.h"
+#include "base/Error.h"
 
 #include <algorithm>
-#include <exception>
 
 namespace {
 
@@ -36,8 +36,8 @@ void TQtAcqDriverThread::run()
 {
     try {
         pump();
-    } catch (const std::exception& exception) {
-        fail(QStringLiteral("Error: ") + QString::fromUtf8(exception.what()));
+    } catch (const TError& error) {
+        fail(QStringLiteral("Error: ") + error.text());
         stopDeviceQuietly();
     } catch (...) {
         fail(QStringLiteral("Unspecified application error"));

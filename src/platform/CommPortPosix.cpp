@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -202,11 +203,30 @@ struct CommPort::TSystem::TState
     /// Readable once the port is interrupted, so that a waiting poll returns.
     TDescriptor wake{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
     std::atomic<bool> interrupted = false;
+    /// Keeps the two in step: an interruption is either of the port before the opening or of the one after.
+    std::mutex interruption;
 
+    void interrupt();
+    void clearInterruption();
     /// Whether the port became ready in time; false also when interrupted. `failed` tells a port that is
     /// gone.
     bool waitFor(short events, TClock::time_point deadline, bool& failed);
 };
+
+void CommPort::TSystem::TState::interrupt()
+{
+    const std::lock_guard lock(interruption);
+    interrupted = true;
+    ::eventfd_write(wake.get(), 1);
+}
+
+void CommPort::TSystem::TState::clearInterruption()
+{
+    const std::lock_guard lock(interruption);
+    eventfd_t count = 0;
+    ::eventfd_read(wake.get(), &count);
+    interrupted = false;
+}
 
 bool CommPort::TSystem::TState::waitFor(short events, TClock::time_point deadline, bool& failed)
 {
@@ -214,16 +234,14 @@ bool CommPort::TSystem::TState::waitFor(short events, TClock::time_point deadlin
     while (!interrupted) {
         pollfd waits[] = {{port.get(), events, 0}, {wake.get(), POLLIN, 0}};
         const int ready = ::poll(waits, 2, remainingMs(deadline));
-        if (ready == 0 || (ready < 0 && errno != EINTR)) {
-            failed = ready < 0;
-            return false;
-        }
         if (ready > 0 && (waits[0].revents & events) != 0)
             return true;
-        if (ready > 0 && (waits[0].revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) {
+        if (ready < 0 ? errno != EINTR : (waits[0].revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) {
             failed = true;
             return false;
         }
+        if ((ready > 0 && waits[1].revents != 0) || TClock::now() >= deadline)
+            return false;
     }
     return false;
 }
@@ -234,9 +252,9 @@ CommPort::TSystem::~TSystem() = default;
 
 void CommPort::TSystem::open(const std::string& name, const TCommSettings& settings)
 {
-    m_state->interrupted = false;
-    eventfd_t count = 0;
-    ::eventfd_read(m_state->wake.get(), &count);
+    if (!m_state->wake.isOpen()) // Nothing could end a wait.
+        throw TCommError(TCommError::TReason::ConnectFailed, "Connect failed");
+    m_state->clearInterruption();
     m_state->port.reset(openAlone(pathOf(name)));
     try {
         setUp(m_state->port.get(), settings);
@@ -308,8 +326,7 @@ bool CommPort::TSystem::purgeOutput()
 
 void CommPort::TSystem::interrupt()
 {
-    m_state->interrupted = true;
-    ::eventfd_write(m_state->wake.get(), 1);
+    m_state->interrupt();
 }
 
 bool CommPort::TSystem::isInterrupted() const

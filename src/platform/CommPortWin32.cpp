@@ -10,6 +10,9 @@
 
 namespace {
 
+/// What a write may take once the port is interrupted: a byte to a device that listens goes out in far less.
+constexpr DWORD writeGraceMs = 50;
+
 /// A handle that is closed with its owner.
 class THandle
 {
@@ -101,19 +104,41 @@ struct CommPort::TSystem::TState
     THandle wake{::CreateEventA(nullptr, TRUE, FALSE, nullptr)};
     THandle done{::CreateEventA(nullptr, TRUE, FALSE, nullptr)};
     std::atomic<bool> interrupted = false;
+    /// Keeps flag and event in step. Not std::mutex, which not every form of this compiler has.
+    SRWLOCK interruption = SRWLOCK_INIT;
 
-    /// Waits for an operation that was begun, and takes it back if it is not over in time or interrupted. The
-    /// bytes transferred, -1 if the port has failed.
-    int finish(OVERLAPPED& operation, BOOL begunAndDone, DWORD timeoutMs, bool mayInterrupt);
+    void interrupt();
+    void clearInterruption();
+    /// Waits for an operation that was begun, and takes it back if it is not over in time. The bytes
+    /// transferred, -1 if the port has failed. An interruption leaves it `graceMs` of the time.
+    int finish(OVERLAPPED& operation, BOOL begunAndDone, DWORD timeoutMs, DWORD graceMs);
 };
 
+void CommPort::TSystem::TState::interrupt()
+{
+    ::AcquireSRWLockExclusive(&interruption);
+    interrupted = true;
+    ::SetEvent(wake.get());
+    ::ReleaseSRWLockExclusive(&interruption);
+}
+
+void CommPort::TSystem::TState::clearInterruption()
+{
+    ::AcquireSRWLockExclusive(&interruption);
+    ::ResetEvent(wake.get());
+    interrupted = false;
+    ::ReleaseSRWLockExclusive(&interruption);
+}
+
 int CommPort::TSystem::TState::finish(OVERLAPPED& operation, BOOL begunAndDone, DWORD timeoutMs,
-                                      bool mayInterrupt)
+                                      DWORD graceMs)
 {
     if (!begunAndDone && ::GetLastError() != ERROR_IO_PENDING)
         return -1;
     const HANDLE events[] = {operation.hEvent, wake.get()};
-    const DWORD result = ::WaitForMultipleObjects(mayInterrupt ? 2 : 1, events, FALSE, timeoutMs);
+    DWORD result = ::WaitForMultipleObjects(2, events, FALSE, timeoutMs);
+    if (result == WAIT_OBJECT_0 + 1)
+        result = ::WaitForSingleObject(operation.hEvent, std::min(timeoutMs, graceMs));
     if (result != WAIT_OBJECT_0)
         ::CancelIoEx(port.get(), &operation);
     DWORD transferred = 0;
@@ -129,8 +154,9 @@ CommPort::TSystem::~TSystem() = default;
 
 void CommPort::TSystem::open(const std::string& name, const TCommSettings& settings)
 {
-    m_state->interrupted = false;
-    ::ResetEvent(m_state->wake.get());
+    if (!m_state->wake.isOpen() || !m_state->done.isOpen()) // Nothing could be waited for.
+        throw TCommError(TCommError::TReason::ConnectFailed, "Connect failed");
+    m_state->clearInterruption();
     char path[16];
     std::snprintf(path, sizeof path, "\\\\.\\%.8s", name.c_str());
     m_state->port.reset(::CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
@@ -166,7 +192,7 @@ int CommPort::TSystem::read(char* data, int size, int timeoutMs)
     OVERLAPPED operation{};
     operation.hEvent = m_state->done.get();
     const BOOL done = ::ReadFile(m_state->port.get(), data, static_cast<DWORD>(wanted), nullptr, &operation);
-    return m_state->finish(operation, done, static_cast<DWORD>(timeoutMs), true);
+    return m_state->finish(operation, done, static_cast<DWORD>(timeoutMs), 0);
 }
 
 bool CommPort::TSystem::write(const char* data, int size, int timeoutMs)
@@ -176,7 +202,7 @@ bool CommPort::TSystem::write(const char* data, int size, int timeoutMs)
     OVERLAPPED operation{};
     operation.hEvent = m_state->done.get();
     const BOOL done = ::WriteFile(m_state->port.get(), data, static_cast<DWORD>(size), nullptr, &operation);
-    return m_state->finish(operation, done, static_cast<DWORD>(timeoutMs), false) == size;
+    return m_state->finish(operation, done, static_cast<DWORD>(timeoutMs), writeGraceMs) == size;
 }
 
 bool CommPort::TSystem::purgeInput()
@@ -191,8 +217,7 @@ bool CommPort::TSystem::purgeOutput()
 
 void CommPort::TSystem::interrupt()
 {
-    m_state->interrupted = true;
-    ::SetEvent(m_state->wake.get());
+    m_state->interrupt();
 }
 
 bool CommPort::TSystem::isInterrupted() const

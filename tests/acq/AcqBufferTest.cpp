@@ -40,17 +40,6 @@ private Q_SLOTS:
         QCOMPARE(buffer.size(), qint64(3));
     }
 
-    void aClearedQueueIsEmptyAndTakesMore()
-    {
-        TAcqBuffer buffer;
-        buffer.push("abc", 3);
-        QCOMPARE(taken(buffer, 1), QByteArray("a"));
-        buffer.clear();
-        QCOMPARE(buffer.size(), qint64(0));
-        buffer.push("de", 2);
-        QCOMPARE(taken(buffer, 5), QByteArray("de"));
-    }
-
     void itGrowsWhileNobodyTakes()
     {
         TAcqBuffer buffer;
@@ -59,6 +48,24 @@ private Q_SLOTS:
             buffer.push(frame.constData(), frame.size());
         QCOMPARE(buffer.size(), qint64(2800000));
         QCOMPARE(taken(buffer, 2800000), QByteArray(2800000, 'x'));
+    }
+
+    void itGivesTheMemoryOfAStallBack()
+    {
+        TAcqBuffer buffer;
+        const QByteArray block(70000, 'x');
+        buffer.push(block.constData(), block.size());
+        QCOMPARE(taken(buffer, block.size()), block);
+        const qint64 usual = buffer.reservedBytes();
+        QVERIFY(usual >= block.size()); // A usual block does not ask for memory again and again.
+        for (int i = 0; i < 100; ++i)
+            buffer.push(block.constData(), block.size());
+        QVERIFY(buffer.reservedBytes() >= 7000000);
+        for (int i = 0; i < 100; ++i)
+            QCOMPARE(taken(buffer, block.size()), block);
+        QVERIFY(buffer.reservedBytes() <= 262144);
+        buffer.push("ab", 2);
+        QCOMPARE(taken(buffer, 3), QByteArray("ab"));
     }
 
     void twoThreadsPassEveryByteOn()

@@ -7,8 +7,13 @@
 #include "base/Constants.h"
 #include "base/Error.h"
 #include "base/Settings.h"
+#include "support/PseudoTerminal.h"
 
 #include <QtTest>
+
+#include <asm/ioctls.h>
+#include <asm/termbits.h>
+#include <sys/ioctl.h>
 
 class AcqDeviceFactoryTest : public QObject
 {
@@ -79,6 +84,43 @@ private Q_SLOTS:
             QCOMPARE(device->channelName(1), "V2");
     }
 
+    void aDeviceOpensItsPortAtTheRateOfItsFamily_data()
+    {
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<bool>("highRate");
+        QTest::addColumn<int>("baud");
+        QTest::newRow("USB") << QStringLiteral("usb") << false << 230400;
+        QTest::newRow("USB, high rate") << QStringLiteral("usb") << true << 570000;
+        QTest::newRow("Bluetooth") << QStringLiteral("bluetooth-com") << false << 230400;
+        QTest::newRow("Bluetooth, high rate") << QStringLiteral("bluetooth-com") << true << 570000;
+    }
+
+    void aDeviceOpensItsPortAtTheRateOfItsFamily()
+    {
+        QFETCH(QString, mode);
+        QFETCH(bool, highRate);
+        TPseudoTerminal usb;
+        TPseudoTerminal bluetooth;
+        const QString usbPath = QString::fromStdString(usb.path());
+        acq::setPortLister([usbPath] {
+            return std::vector<TPortDescription>{{QStringLiteral("Velantor ECG"), usbPath, 0, 0}};
+        });
+        settings::acqMode.setValue(mode);
+        settings::hrProtocol.setValue(highRate);
+        settings::acqBluetoothPort.setValue(QString::fromStdString(bluetooth.path()));
+        const auto device = createAcqDevice(false);
+        device->start();
+        TPseudoTerminal& line = mode == QLatin1String("usb") ? usb : bluetooth;
+        TPseudoTerminal& other = mode == QLatin1String("usb") ? bluetooth : usb;
+        QCOMPARE(line.readAll(1), QByteArray("\1")); // of the two: the second start may purge the first
+        termios2 tty{};
+        QCOMPARE(::ioctl(line.descriptor(), TCGETS2, &tty), 0);
+        QTEST(int(tty.c_ospeed), "baud");
+        QTEST(int(tty.c_ispeed), "baud");
+        device->stop();
+        QCOMPARE(other.readSome(1), QByteArray());
+    }
+
     void demoReplaysTheFileInTheWorkingFolder()
     {
         const DemoFile file(14, 3);
@@ -119,7 +161,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QVariant>("gain");
         QTest::addColumn<double>("range");
-        QTest::newRow("whole") << QVariant(300) << 300.0;
+        QTest::newRow("whole") << QVariant(200) << 200.0;
         QTest::newRow("fraction") << QVariant(312.5) << 312.5;
         QTest::newRow("text") << QVariant(QStringLiteral("312.5")) << 312.5;
         QTest::newRow("zero") << QVariant(0) << 450.0;
@@ -133,11 +175,15 @@ private Q_SLOTS:
         QFETCH(QVariant, gain);
         QFETCH(double, range);
         QSettings().setValue(QStringLiteral("Config/SignalGain"), gain);
-        for (const auto& mode : {QStringLiteral("usb"), QStringLiteral("bluetooth-com")}) {
-            settings::acqMode.setValue(mode);
-            const auto device = createAcqDevice(false);
-            QCOMPARE(device->rangeMax(), range);
-            QCOMPARE(device->rangeMin(), -range);
+        for (const bool highRate : {false, true}) {
+            settings::hrProtocol.setValue(highRate);
+            const double expected = highRate && range == 450.0 ? 300.0 : range;
+            for (const auto& mode : {QStringLiteral("usb"), QStringLiteral("bluetooth-com")}) {
+                settings::acqMode.setValue(mode);
+                const auto device = createAcqDevice(false);
+                QCOMPARE(device->rangeMax(), expected);
+                QCOMPARE(device->rangeMin(), -expected);
+            }
         }
     }
 

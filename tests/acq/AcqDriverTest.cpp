@@ -87,17 +87,19 @@ private Q_SLOTS:
     void thePumpWaitsUntilAPulseHasBeenTold()
     {
         ListenerLog listener(m_log);
-        int dataMeanwhile = -1;
-        listener.onPulse = [this, &dataMeanwhile] {
+        std::vector<int> waiting;
+        listener.onPulse = [this, &waiting] {
             QTest::qSleep(30);
-            dataMeanwhile = m_log.filter(QStringLiteral("data")).size();
+            waiting.push_back(m_device->pulsesWaiting());
         };
         m_driver->addListener(&listener);
         m_device->pushPulse(9);
+        m_device->pushPulse(10);
         m_device->pushFrames(60);
         m_driver->start();
-        QTRY_COMPARE(m_log.size(), 2);
-        QCOMPARE(dataMeanwhile, 0);
+        QTRY_COMPARE(m_log, (QStringList{QStringLiteral("pulse 9"), QStringLiteral("pulse 10"),
+                                         QStringLiteral("data 60")}));
+        QCOMPARE(waiting, (std::vector<int>{1, 0})); // The second one is not taken before its turn.
     }
 
     void aRestartedDeviceIsNoError()

@@ -267,7 +267,7 @@ private Q_SLOTS:
         QTest::newRow("ours") << std::function<void()>([] { throw TError("Gerät fort"); })
                               << QStringLiteral("Error: Gerät fort");
         QTest::newRow("standard") << std::function<void()>([] { throw std::out_of_range("far off"); })
-                                  << QStringLiteral("Error: far off");
+                                  << QStringLiteral("Unspecified application error");
         QTest::newRow("other") << std::function<void()>([] { throw 7; })
                                << QStringLiteral("Unspecified application error");
     }

@@ -271,6 +271,28 @@ private Q_SLOTS:
         QVERIFY(log.sleeps()[0].milliseconds == 25 || log.sleeps()[0].milliseconds == 26);
     }
 
+    void withoutPacingNothingWantedTakesNoProcessor_data()
+    {
+        QTest::addColumn<int>("bytesPerSample");
+        QTest::addColumn<int>("mask");
+        QTest::newRow("no channel") << 2 << 0;
+        QTest::newRow("another sample size") << 4 << -1;
+    }
+
+    void withoutPacingNothingWantedTakesNoProcessor()
+    {
+        QFETCH(int, bytesPerSample);
+        QFETCH(int, mask);
+        const DemoFile file(14, 40);
+        TDemoAcqDevice device(file.path(), 14, 500, bytesPerSample, 16, 300.0, 0, mask);
+        device.setPaced(false);
+        const SleepLog log(device, 10);
+        runUntilFull(device, log);
+        QCOMPARE(device.bytesAvailable(), 0);
+        for (const SleepLog::TSleep& sleep : log.sleeps())
+            QVERIFY(sleep.milliseconds >= 1);
+    }
+
     void withoutPacingFiveSecondsWaitAtMost()
     {
         const DemoFile file(14, 40);

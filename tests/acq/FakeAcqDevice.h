@@ -57,6 +57,12 @@ public:
         m_pulses.push_back(sampleOffset);
     }
 
+    int pulsesWaiting()
+    {
+        const std::lock_guard lock(m_pulseMutex);
+        return static_cast<int>(m_pulses.size());
+    }
+
     int frameBytes() const { return m_channels * bytesPerSample(); }
 
     void start() override

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void aChannelOutOfRangeIsSaturated();
     void saturationLooksAtWhatTheAmplifierGave();
     void aNewStartForgetsSaturation();
+    void electrodesAndBatteryOutliveARestart_data() { families(); }
+    void electrodesAndBatteryOutliveARestart();
     void theHighRateDeviceIsNeverSaturated();
     void queriesMayComeFromOtherThreads();
 
@@ -291,6 +293,30 @@ void PortAcqDeviceTest::aNewStartForgetsSaturation()
     QVERIFY(device.isChannelSaturated(V3));
     device.start();
     QTRY_VERIFY(!device.isChannelSaturated(V3));
+}
+
+void PortAcqDeviceTest::electrodesAndBatteryOutliveARestart()
+{
+    QFETCH(bool, highRate);
+    const TFrameBytes family = familyOf(highRate);
+    QByteArray frame = family.empty;
+    frame[family.statusA] = '\x20'; // LA
+    frame[family.battery] = '\x64';
+    TSimulatedDevice simulated;
+    const auto device = makeDevice(highRate, simulated.path());
+    simulated.feed(frame);
+    device->start();
+    QTRY_VERIFY_WITH_TIMEOUT(device->isElectrodeOff("LA"), 20000);
+    device->stop();
+    QVERIFY(simulated.waitForCommands("\1\1\t\2\2"));
+    device->start();
+    QVERIFY(simulated.waitForCommands("\1\1\t\2\2\1\1\t"));
+    // Known until the next frame tells otherwise: a short outage must not look like a cable put right.
+    QVERIFY(device->isElectrodeOff("LA"));
+    QCOMPARE(device->batteryVoltage(), 1.3);
+    simulated.feed(family.empty);
+    QTRY_VERIFY(!device->isElectrodeOff("LA"));
+    QCOMPARE(device->batteryVoltage(), 0.0);
 }
 
 void PortAcqDeviceTest::theHighRateDeviceIsNeverSaturated()

@@ -84,6 +84,7 @@ private Q_SLOTS:
     void aWaitingReadIsInterruptedAtOnce_data();
     void aWaitingReadIsInterruptedAtOnce();
     void anInterruptedPortStaysSoUntilItIsOpenedAgain();
+    void anInterruptionDuringTheOpeningIsWholeOrNotAtAll();
     void aWaitingWriteIsInterruptedToo();
     void anInterruptedPortStillTakesACommand();
     void aWriteEndsWithItsTime();
@@ -277,6 +278,39 @@ void CommPortWaitTest::anInterruptedPortStaysSoUntilItIsOpenedAgain()
         QVERIFY(ms < 5000);
         port.close();
     }
+}
+
+void CommPortWaitTest::anInterruptionDuringTheOpeningIsWholeOrNotAtAll()
+{
+    TPseudoTerminal line;
+    CommPort port;
+    constexpr int rounds = 2000;
+    std::atomic<int> begun = 0;
+    std::atomic<int> done = 0;
+    // One interruption for each opening: a second one would end what the first one left.
+    std::thread other([&] {
+        for (int i = 1; i <= rounds; ++i) {
+            while (begun < i)
+                std::this_thread::yield();
+            port.interrupt();
+            done = i;
+        }
+    });
+    // Between the two halves of an interruption, a read would find neither and never come back.
+    int slowest = 0;
+    for (int i = 1; i <= rounds; ++i) {
+        begun = i;
+        port.open(line.path(), shortTimes(0));
+        while (done < i)
+            std::this_thread::yield();
+        slowest = qMax(slowest, static_cast<int>(msOf([&] { port.readByte(); })));
+    }
+    other.join();
+    QVERIFY2(slowest < 2000, qPrintable(QString::number(slowest)));
+    port.open(line.path(), shortTimes(10000));
+    QVERIFY(!port.isInterrupted());
+    QVERIFY(line.writeAll("x"));
+    QCOMPARE(port.readByte(), int('x'));
 }
 
 void CommPortWaitTest::aWaitingWriteIsInterruptedToo()
