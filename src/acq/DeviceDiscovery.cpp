@@ -101,7 +101,7 @@ QStringList detectBluetoothPorts()
     return found;
 }
 
-bool probePort(std::string port)
+bool probePort(const std::string& port)
 {
     TAcqPort line(port, acq::standardBaud, probeTimeoutMs);
     const QByteArray answer = QByteArray::fromStdString(identify(line)).trimmed().toLower();

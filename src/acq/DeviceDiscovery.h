@@ -42,4 +42,4 @@ std::string findUsbPort();
 QStringList detectBluetoothPorts();
 
 /// Whether a device answers at the port. Throws TError if the port cannot be opened.
-bool probePort(std::string port);
+bool probePort(const std::string& port);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
 #include <limits>
 
 namespace {
@@ -40,8 +41,8 @@ void acq::zeroDetachedLeads(TEcgSample& sample)
         zero(sample, {II, III, aVR, aVL, aVF});
     if (sample.isOff(TElectrode::RA))
         zero(sample, {I, II, aVR, aVL, aVF});
-    for (int i = 0; i < 6; ++i) {
+    for (std::size_t i = 0; i < std::size(chestElectrodes); ++i) {
         if (sample.isOff(chestElectrodes[i]))
-            sample.channels[static_cast<std::size_t>(V1 + i)] = 0;
+            sample.channels[V1 + i] = 0;
     }
 }

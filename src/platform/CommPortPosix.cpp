@@ -304,11 +304,10 @@ bool CommPort::TSystem::write(const char* data, int size, int timeoutMs)
     while (done < size) {
         const ssize_t count =
             ::write(m_state->port.get(), data + done, static_cast<std::size_t>(size - done));
+        const bool mustWait = count < 0 && (errno == EAGAIN || errno == EINTR);
         if (count > 0)
             done += static_cast<int>(count);
-        else if (count == 0 || (errno != EAGAIN && errno != EINTR))
-            return false;
-        else if (!m_state->waitFor(POLLOUT, deadline, failed))
+        else if (!mustWait || !m_state->waitFor(POLLOUT, deadline, failed))
             return false;
     }
     return true;
