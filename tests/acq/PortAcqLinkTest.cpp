@@ -322,19 +322,21 @@ void PortAcqLinkTest::startsAndStopsLeaveNothingBehind()
         devices.push_back(makeDevice(devices.size() % 2 == 0, one.path()));
     int failed = startAndStop(devices, 1);
     const int descriptors = openDescriptors();
+    // A thread that has just ended may still count here, so fewer are right later; leaked ones would be
+    // hundreds more.
     const int threads = runningThreads();
     failed += startAndStop(devices, cycles);
     QCOMPARE(failed, 0);
     QCOMPARE(openDescriptors(), descriptors);
-    QTRY_COMPARE(runningThreads(), threads);
+    QTRY_VERIFY(runningThreads() <= threads);
     devices.clear();
     for (int i = 0; i < 8; ++i)
         devices.push_back(makeDevice(i % 2 == 0, "ttyThatIsNone"));
-    QTRY_COMPARE(runningThreads(), threads);
+    QTRY_VERIFY(runningThreads() <= threads);
     // Each port has an event of its own only while its reader runs.
     startAndStop(devices, cycles);
     QCOMPARE(openDescriptors(), descriptors);
-    QTRY_COMPARE(runningThreads(), threads);
+    QTRY_VERIFY(runningThreads() <= threads);
 }
 
 QTEST_GUILESS_MAIN(PortAcqLinkTest)
