@@ -23,11 +23,6 @@ constexpr TStudyField rowFields[] = {
     {"patientAnimalBreed", &StudyInfo::animalBreed},
 };
 
-bool isAnimalField(const TStudyField& field)
-{
-    return field.member == &StudyInfo::animalSpecies || field.member == &StudyInfo::animalBreed;
-}
-
 /// The text of each row field in a row; null for an absent one.
 using TRowTexts = std::array<QStringView, std::size(rowFields)>;
 
@@ -105,7 +100,7 @@ QString indexRowFromInfo(const StudyInfo& info)
     const bool isAnimal = !info.animalSpecies.isEmpty() || !info.animalBreed.isEmpty();
     QJsonObject row;
     for (const TStudyField& field : rowFields) {
-        if (isAnimal || !isAnimalField(field))
+        if (isAnimal || !field.isAnimal())
             row.insert(QLatin1String(field.key), velantor::fromText(info.*field.member));
     }
     return QString::fromUtf8(compactJson(QJsonDocument(row)));

@@ -3,15 +3,6 @@
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
 
-namespace {
-
-QByteArray patientKey(const TStudyField& field)
-{
-    return QByteArray("patient/") + field.key;
-}
-
-} // namespace
-
 Study::Study(qint32 id) : m_id(id) {}
 
 Study::~Study()
@@ -54,7 +45,7 @@ void infoFromStudy(StudyInfo& info, Study& study)
     for (const TStudyField& field : studyFields())
         info.*field.member = study.value(field.key);
     for (const TStudyField& field : patientFields())
-        info.*field.member = study.value(patientKey(field));
+        info.*field.member = study.value(field.patientKey());
     info.studyDateTime = study.studyDateTime();
     info.recordingDateTime = study.recordingDateTime();
 
@@ -74,7 +65,7 @@ void studyFromInfo(Study& study, const StudyInfo& info)
     for (const TStudyField& field : studyFields())
         study.setValue(field.key, info.*field.member);
     for (const TStudyField& field : patientFields())
-        study.setValue(patientKey(field), info.*field.member);
+        study.setValue(field.patientKey(), info.*field.member);
     study.setStudyDateTime(info.studyDateTime);
     study.setRecordingDateTime(info.recordingDateTime);
     study.clearRiskFactors();

@@ -16,16 +16,6 @@ namespace {
 constexpr int maxEvents = 100'000;
 constexpr int maxRiskFactors = 1000;
 
-bool isAnimalField(const TStudyField& field)
-{
-    return field.member == &StudyInfo::animalSpecies || field.member == &StudyInfo::animalBreed;
-}
-
-QByteArray patientKey(const TStudyField& field)
-{
-    return QByteArray("patient/") + field.key;
-}
-
 /// Old files stored some of the patient's texts as numbers.
 QByteArray patientText(const QJsonValue& value)
 {
@@ -120,8 +110,8 @@ QJsonObject makePatientObject(Study& study)
         !study.value("patient/animalSpecies").isEmpty() || !study.value("patient/animalBreed").isEmpty();
     QJsonObject object{{QLatin1String("riskFactors"), makeRiskFactors(study)}};
     for (const TStudyField& field : patientFields()) {
-        if (isAnimal || !isAnimalField(field))
-            object.insert(QLatin1String(field.key), fromText(study.value(patientKey(field))));
+        if (isAnimal || !field.isAnimal())
+            object.insert(QLatin1String(field.key), fromText(study.value(field.patientKey())));
     }
     return object;
 }
@@ -150,7 +140,7 @@ void fillStudy(Study& study, const QJsonObject& document)
     for (const TStudyField& field : studyFields())
         study.setValue(field.key, toText(studyObject.value(QLatin1String(field.key)).toString()));
     for (const TStudyField& field : patientFields())
-        study.setValue(patientKey(field), patientText(patient.value(QLatin1String(field.key))));
+        study.setValue(field.patientKey(), patientText(patient.value(QLatin1String(field.key))));
     const auto readRiskFactor = [&study](const QJsonObject& factor) {
         study.setRiskFactor(toText(factor.value(QLatin1String("name")).toString()),
                             factor.value(QLatin1String("status")).toBool(),

@@ -79,6 +79,11 @@ struct TStudyField
 {
     const char* key;
     QByteArray StudyInfo::*member;
+
+    /// Of the pair that is written only for animals.
+    bool isAnimal() const { return member == &StudyInfo::animalSpecies || member == &StudyInfo::animalBreed; }
+    /// The key of a patient's text in the open study.
+    QByteArray patientKey() const { return QByteArray("patient/") + key; }
 };
 
 /// Texts of the `study` object, whose key in the open study is the key itself. The two times are not among

@@ -1,4 +1,5 @@
 #include "platform/CommPort.h"
+#include "CommPortFailure.h"
 #include "support/PseudoTerminal.h"
 
 #include <QTemporaryDir>
@@ -14,33 +15,6 @@
 #include <unistd.h>
 
 namespace {
-
-using TReason = TCommError::TReason;
-
-TCommSettings shortTimes(int readMs = 50, int writeMs = 100)
-{
-    TCommSettings settings;
-    settings.readTimeoutMs = readMs;
-    settings.writeTimeoutMs = writeMs;
-    return settings;
-}
-
-struct TFailure
-{
-    QByteArray text;
-    TReason reason = TReason::SetupFailed;
-};
-
-TFailure failureOf(const std::string& name)
-{
-    try {
-        CommPort port;
-        port.open(name, TCommSettings());
-        return {"opened"};
-    } catch (const TCommError& error) {
-        return {error.what(), error.reason()};
-    }
-}
 
 termios2 stateOf(const TPseudoTerminal& line)
 {

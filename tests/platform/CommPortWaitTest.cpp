@@ -1,3 +1,4 @@
+#include "CommPortFailure.h"
 #include "platform/CommPort.h"
 #include "support/Descriptors.h"
 #include "support/PseudoTerminal.h"
@@ -12,33 +13,6 @@
 #include <thread>
 
 namespace {
-
-using TReason = TCommError::TReason;
-
-TCommSettings shortTimes(int readMs = 50, int writeMs = 100)
-{
-    TCommSettings settings;
-    settings.readTimeoutMs = readMs;
-    settings.writeTimeoutMs = writeMs;
-    return settings;
-}
-
-struct TFailure
-{
-    QByteArray text;
-    TReason reason = TReason::SetupFailed;
-};
-
-TFailure failureOf(const std::string& name)
-{
-    try {
-        CommPort port;
-        port.open(name, TCommSettings());
-        return {"opened"};
-    } catch (const TCommError& error) {
-        return {error.what(), error.reason()};
-    }
-}
 
 qint64 msOf(const std::function<void()>& action)
 {
