@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace {
 
@@ -65,25 +66,25 @@ void TChannelDetector::enterMarks(int from, int to)
     // The marks that waited in the call before are still to be walked.
     if (from - m_lastIndex > longestGap * m_rate)
         restart(from - toIndex(partnerWait * m_rate));
+    const int windowEnd = std::max(to, m_transform.begin() + toIndex(thresholdWindow * m_rate));
+    const int windowBegin = windowEnd - toIndex(thresholdWindow * m_rate);
     // Chains reach beyond the span, and extremes look a little further.
     const int margin = toIndex(2 * TModulusMarks::searchWindow * m_rate) + 4;
-    m_transform.read(m_channel, std::min(from - margin, to - toIndex(thresholdWindow * m_rate)), to + margin,
-                     m_span);
-    m_thresholds = measureThresholds(to);
+    m_transform.read(m_channel, std::min(from - margin, windowBegin), std::max(to + margin, windowEnd), m_span);
+    m_thresholds = measureThresholds(windowBegin, windowEnd);
     m_marks.enter(m_span, m_thresholds, from, to);
 }
 
-TWaveletThresholds TChannelDetector::measureThresholds(int to) const
+/// At the beginning of a signal the window holds what there is, the second behind the span included: zeros
+/// for what is missing would let noise through.
+TWaveletThresholds TChannelDetector::measureThresholds(int windowBegin, int windowEnd) const
 {
-    const int count = toIndex(thresholdWindow * m_rate);
-    const int begin = std::max(to - count, m_span.begin());
-    const int end = std::min(to, m_span.end());
+    const int begin = std::max(windowBegin, m_span.begin());
+    const int count = std::min(windowEnd, m_span.end()) - begin;
     TWaveletThresholds thresholds;
-    for (int scale = 1; scale <= TWaveletSpan::scaleCount; ++scale) {
-        const double* const values = m_span.data(scale);
-        double sum = 0.0;
-        for (int i = begin - m_span.begin(); i < end - m_span.begin(); ++i)
-            sum += values[i] * values[i];
+    for (int scale = 1; scale <= TWaveletSpan::scaleCount && count > 0; ++scale) {
+        const double* const values = m_span.data(scale) + (begin - m_span.begin());
+        const double sum = std::inner_product(values, values + count, values, 0.0);
         thresholds.values[scale - 1] = thresholdFactors[scale - 1] * std::sqrt(sum / count);
     }
     return thresholds;

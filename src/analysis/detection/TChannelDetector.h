@@ -30,7 +30,7 @@ private:
     using TMark = TModulusMarks::TMark;
 
     void enterMarks(int from, int to);
-    TWaveletThresholds measureThresholds(int to) const;
+    TWaveletThresholds measureThresholds(int windowBegin, int windowEnd) const;
     void walkMarks(int limit, std::vector<TChannelBeat>& out);
     void judgePair(const TMark& first, const TMark& second, int limit, std::vector<TChannelBeat>& out);
     bool isPair(const TMark& first, const TMark& second) const;

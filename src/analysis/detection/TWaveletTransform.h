@@ -20,6 +20,8 @@ public:
 
     /// Transforms what the signal has gained.
     void run();
+    /// First position of all.
+    int begin() const { return m_origin; }
     /// First position behind the transform of every scale.
     int end() const;
     /// Values over [`begin`, `end`) as far as they are computed; the span is cut to that.
