@@ -40,6 +40,7 @@ TChannelDetector::TChannelDetector(const TWaveletTransform& transform, int chann
 
 void TChannelDetector::detect(int from, int to, std::vector<TChannelBeat>& out)
 {
+    startAfreshAfterGap(from, out);
     enterMarks(from, to);
     walkMarks(to - toIndex(partnerWait * m_rate), out);
     m_marks.forgetBefore(to - toIndex(keptMarks * m_rate));
@@ -47,11 +48,10 @@ void TChannelDetector::detect(int from, int to, std::vector<TChannelBeat>& out)
 
 void TChannelDetector::finish(int from, int to, std::vector<TChannelBeat>& out)
 {
+    startAfreshAfterGap(from, out);
     enterMarks(from, to);
     walkMarks(to, out);
-    if (m_hasPreviousR)
-        delineatePrevious(toIndex(m_previousR + m_meanRR * m_rate), out);
-    m_hasPreviousR = false;
+    closePrevious(out);
 }
 
 void TChannelDetector::restart(int position)
@@ -61,11 +61,26 @@ void TChannelDetector::restart(int position)
     m_searchedBack = false;
 }
 
+void TChannelDetector::startAfreshAfterGap(int from, std::vector<TChannelBeat>& out)
+{
+    if (from - m_lastIndex <= longestGap * m_rate)
+        return;
+    // The last beat before a pause is one like any other.
+    closePrevious(out);
+    // The marks that waited in the call before are still to be walked.
+    restart(from - toIndex(partnerWait * m_rate));
+}
+
+/// Delineates the last beat as if another came after the mean RR interval.
+void TChannelDetector::closePrevious(std::vector<TChannelBeat>& out)
+{
+    if (m_hasPreviousR)
+        delineatePrevious(toIndex(m_previousR + m_meanRR * m_rate), out);
+    m_hasPreviousR = false;
+}
+
 void TChannelDetector::enterMarks(int from, int to)
 {
-    // The marks that waited in the call before are still to be walked.
-    if (from - m_lastIndex > longestGap * m_rate)
-        restart(from - toIndex(partnerWait * m_rate));
     const int windowEnd = std::max(to, m_transform.begin() + toIndex(thresholdWindow * m_rate));
     const int windowBegin = windowEnd - toIndex(thresholdWindow * m_rate);
     // Chains reach beyond the span, and extremes look a little further.

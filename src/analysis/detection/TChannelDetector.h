@@ -21,7 +21,7 @@ public:
     /// The same for the last stretch of a signal that ends at `to`: nothing waits for a partner, and the last
     /// beat is delineated as if another came after the mean RR interval.
     void finish(int from, int to, std::vector<TChannelBeat>& out);
-    /// Forgets the past but for what the channel has learnt of its rhythm.
+    /// Begins at `position` and forgets what was before, but for what the channel has learnt of its rhythm.
     void restart(int position);
 
     double meanRR() const { return m_meanRR; }
@@ -29,6 +29,8 @@ public:
 private:
     using TMark = TModulusMarks::TMark;
 
+    void startAfreshAfterGap(int from, std::vector<TChannelBeat>& out);
+    void closePrevious(std::vector<TChannelBeat>& out);
     void enterMarks(int from, int to);
     TWaveletThresholds measureThresholds(int windowBegin, int windowEnd) const;
     void walkMarks(int limit, std::vector<TChannelBeat>& out);
