@@ -85,7 +85,8 @@ void TChannelDetector::enterMarks(int from, int to)
     const int windowBegin = windowEnd - toIndex(thresholdWindow * m_rate);
     // Chains reach beyond the span, and extremes look a little further.
     const int margin = toIndex(2 * TModulusMarks::searchWindow * m_rate) + 4;
-    m_transform.read(m_channel, std::min(from - margin, windowBegin), std::max(to + margin, windowEnd), m_span);
+    m_transform.read(m_channel, std::min(from - margin, windowBegin), std::max(to + margin, windowEnd),
+                     m_span);
     m_thresholds = measureThresholds(windowBegin, windowEnd);
     m_marks.enter(m_span, m_thresholds, from, to);
 }

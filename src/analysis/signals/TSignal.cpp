@@ -78,6 +78,14 @@ void TSignal::updateCountValue()
     m_countValue = std::ldexp(m_rangeMax - m_rangeMin, -m_resolutionBits);
 }
 
+void TSignal::takeFormOf(const TSignal& other)
+{
+    for (int i = 0; i < std::min(m_channelCount, other.m_channelCount); ++i)
+        m_channels[i]->setName(other.m_channels[i]->name());
+    setResolutionBits(other.m_resolutionBits);
+    setRange(other.m_rangeMin, other.m_rangeMax);
+}
+
 double TSignal::timeOf(int index) const
 {
     return static_cast<double>(index) / m_samplingRate;

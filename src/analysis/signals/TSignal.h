@@ -66,6 +66,9 @@ public:
     /// Millivolts per count: (rangeMax - rangeMin) / 2^resolutionBits.
     double countValue() const { return m_countValue; }
 
+    /// Takes the channel names, the resolution and the range of another signal.
+    void takeFormOf(const TSignal& other);
+
     /// Seconds of a sample index.
     double timeOf(int index) const;
     /// Sample index of a time in seconds: rate * t + 0.5, truncated towards zero and kept in the range of

@@ -1,0 +1,63 @@
+#include "analysis/detection/TStoredAnalysis.h"
+
+#include "analysis/signals/Truncation.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int blockSize = 4096;
+/// As in a live recording: two minutes and more.
+constexpr int rawCapacity = 81920;
+
+} // namespace
+
+TStoredAnalysis::TStoredAnalysis(TSignal& signal, const TBeatChainSettings& settings)
+    : m_signal(signal), m_raw(blockSize, rawCapacity, signal.channelCount(), signal.samplingRate()),
+      m_chain(m_raw, settings, this), m_rows(signal.channelCount())
+{
+    m_raw.takeFormOf(signal);
+    m_chain.analysisSignal().takeFormOf(signal);
+    m_chain.averageSignal().takeFormOf(signal);
+}
+
+void TStoredAnalysis::setCandidateObserver(TWaveletBeatDetector::TCandidateObserver observer)
+{
+    m_chain.detector().setCandidateObserver(std::move(observer));
+}
+
+void TStoredAnalysis::run(int stepFrames)
+{
+    const int step = std::clamp(stepFrames, 1, maxStep);
+    for (int start = 0; start < m_signal.sampleCount(); start += step) {
+        feed(start, std::min(step, m_signal.sampleCount() - start));
+        m_chain.run();
+    }
+    m_chain.finish();
+}
+
+void TStoredAnalysis::feed(int start, int frames)
+{
+    std::vector<const double*> rows;
+    for (int channel = 0; channel < m_signal.channelCount(); ++channel) {
+        m_rows[channel].resize(frames);
+        m_signal.readDoubles(channel, start, frames, m_rows[channel].data());
+        rows.push_back(m_rows[channel].data());
+    }
+    m_raw.addPerChannelDouble(rows.data(), frames);
+}
+
+TAverageBeatDelineator TStoredAnalysis::delineate(int channel)
+{
+    TAverageBeatDelineator delineator;
+    TAverageBeat& average = m_chain.averageBeat();
+    const int rate = m_signal.samplingRate();
+    delineator.analyse(average.complex(channel), rate, average.rOffset(),
+                       velantor::truncated<int>(average.meanRR() * rate));
+    return delineator;
+}
+
+void TStoredAnalysis::beatFound(const TBeat& beat)
+{
+    m_beats.push_back(beat);
+}

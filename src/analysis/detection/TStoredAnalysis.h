@@ -1,0 +1,42 @@
+#pragma once
+
+#include "analysis/beats/TBeat.h"
+#include "analysis/delineation/TAverageBeatDelineator.h"
+#include "analysis/detection/TBeatChain.h"
+
+#include <vector>
+
+/// The beats of a recording that has ended, searched to its very end, with the average beat of its last
+/// seconds and the waves of that, channel by channel.
+class TStoredAnalysis : private TBeatListener
+{
+public:
+    /// Frames that a step takes, as a recording does at a time.
+    static constexpr int defaultStep = 4096;
+    static constexpr int maxStep = 40960;
+
+    /// `signal` is borrowed and only read.
+    TStoredAnalysis(TSignal& signal, const TBeatChainSettings& settings);
+
+    /// Is told of the views of each channel, before they are merged. To be set before `run`.
+    void setCandidateObserver(TWaveletBeatDetector::TCandidateObserver observer);
+    /// Feeds the signal in steps of `stepFrames`, kept within 1 to `maxStep`. Once only.
+    void run(int stepFrames = defaultStep);
+
+    /// Every beat in the order of the store, rejected ones too.
+    const std::vector<TBeat>& beats() const { return m_beats; }
+    TAverageBeat& averageBeat() { return m_chain.averageBeat(); }
+    /// The waves of the channel's average complex, in samples of the signal from its start; nothing is found
+    /// where there was no beat.
+    TAverageBeatDelineator delineate(int channel);
+
+private:
+    void beatFound(const TBeat& beat) override;
+    void feed(int start, int frames);
+
+    TSignal& m_signal;
+    TInt16Signal m_raw;
+    TBeatChain m_chain;
+    std::vector<TBeat> m_beats;
+    std::vector<std::vector<double>> m_rows;
+};
