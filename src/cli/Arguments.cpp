@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <cmath>
+
 TArguments parseArguments(const QStringList& words)
 {
     TArguments arguments;
@@ -39,6 +41,15 @@ int parseNumber(const QString& word, const char* argumentName, int minimum)
     bool isNumber = false;
     const int number = word.toInt(&isNumber);
     if (!isNumber || number < minimum)
+        throw TUsageError(QStringLiteral("%1 is not a valid %2").arg(word, QLatin1String(argumentName)));
+    return number;
+}
+
+double parseReal(const QString& word, const char* argumentName, double minimum)
+{
+    bool isNumber = false;
+    const double number = word.toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(number) || number < minimum)
         throw TUsageError(QStringLiteral("%1 is not a valid %2").arg(word, QLatin1String(argumentName)));
     return number;
 }

@@ -47,6 +47,9 @@ struct TCommand
 /// The commands on studies, archives and protocols.
 std::span<const TCommand> studyCommands();
 
+/// The commands that measure recordings.
+std::span<const TCommand> analysisCommands();
+
 std::vector<const TCommand*> allCommands();
 
 /// Null if there is no such command.
