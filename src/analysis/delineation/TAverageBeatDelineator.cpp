@@ -26,6 +26,7 @@ constexpr double slowRR = 0.7;
 
 // Shares of a threshold.
 constexpr double outerWaveShare = 0.1;
+constexpr double furtherWaveShare = 0.5;
 constexpr double pShare = 0.15;
 constexpr double tShare = 0.2;
 
@@ -186,7 +187,8 @@ int TAverageBeatDelineator::turnOfR(TPair main) const
 void TAverageBeatDelineator::findWavesBeforeQrs(TPair main)
 {
     double onset = main.first - qrsMargin * m_rate;
-    if (const auto outer = outerExtreme(main.first, -1, outerWaveShare * m_qrsThreshold)) {
+    const int last = truncated<int>(main.first - outerWaveReach * m_rate);
+    if (const auto outer = outerExtreme(main.first, last, outerWaveShare * m_qrsThreshold)) {
         onset = *outer - outerWaveMargin * m_rate;
         m_places.qPeak = crossingOnTheWay(m_w2, main.first, *outer);
     }
@@ -196,24 +198,27 @@ void TAverageBeatDelineator::findWavesBeforeQrs(TPair main)
 void TAverageBeatDelineator::findWavesAfterQrs(TPair main)
 {
     double offset = main.second + qrsMargin * m_rate;
-    if (const auto outer = outerExtreme(main.second, 1, outerWaveShare * m_qrsThreshold)) {
+    const int last = truncated<int>(main.second + outerWaveReach * m_rate);
+    if (const auto outer = outerExtreme(main.second, last, outerWaveShare * m_qrsThreshold)) {
         offset = *outer + outerWaveMargin * m_rate;
         m_places.sPeak = crossingOnTheWay(m_w2, main.second, *outer);
-        // One more deflection, as the second R of a bundle branch block.
-        if (const auto last = outerExtreme(*outer, 1, 0.5 * std::abs(m_w2[*outer])))
-            offset = *last + outerWaveMargin * m_rate;
+        // One more deflection, as the second R of a bundle branch block. It keeps to the same reach: beyond
+        // that it would more often be noise or the ST segment.
+        if (const auto further = outerExtreme(*outer, last, furtherWaveShare * std::abs(m_w2[*outer])))
+            offset = *further + outerWaveMargin * m_rate;
     }
     m_places.qrsOffset = std::min(truncated<int>(offset), size() - 1);
 }
 
-/// The largest extreme of W2 of the other sign than at `from`, beyond `limit`, in reach in the direction of
-/// `step`.
-std::optional<int> TAverageBeatDelineator::outerExtreme(int from, int step, double limit) const
+/// The largest extreme of W2 of the other sign than at `from`, beyond `limit`, on the way from there to `last`.
+std::optional<int> TAverageBeatDelineator::outerExtreme(int from, int last, double limit) const
 {
+    const int step = last < from ? -1 : 1;
     const double sign = m_w2[from] > 0.0 ? -1.0 : 1.0;
-    const int last = truncated<int>(from + step * outerWaveReach * m_rate);
     std::optional<int> found;
-    for (int i = from + step; i >= 0 && i < size() && step * (last - i) >= 0; i += step) {
+    const int end = std::clamp(last, 0, size() - 1);
+    for (int i = from; i != end;) {
+        i += step;
         const double value = sign * m_w2[i];
         if (value > limit && isQrsExtreme(i)) {
             found = i;
@@ -228,7 +233,7 @@ void TAverageBeatDelineator::findPWave()
     const auto wave = wavePair(startOfPSearch(), endOfPSearch(), pShare * m_waveThreshold);
     if (!wave)
         return;
-    m_places.pPeak = crossingOnTheWay(m_w4, wave->second, wave->first);
+    m_places.pPeak = crossingOnTheWay(m_w4, wave->first, wave->second);
     m_places.pOnset = std::max(truncated<int>(wave->first - pMargin * m_rate), 0);
     const int end = m_places.qrsOnset != notFound ? m_places.qrsOnset : size();
     m_places.pOffset = std::min(truncated<int>(wave->second + pMargin * m_rate), end - 1);
@@ -264,7 +269,7 @@ void TAverageBeatDelineator::findTWave()
     const auto wave = wavePair(m_rSample + tStart * m_rate, to, tShare * m_waveThreshold);
     if (!wave)
         return;
-    m_places.tPeak = crossingOnTheWay(m_w4, wave->first, wave->second);
+    m_places.tPeak = crossingOnTheWay(m_w4, wave->second, wave->first);
     m_places.tOnset = std::max(truncated<int>(wave->first - tMargin * m_rate), 0);
     m_places.tOffset = std::min(truncated<int>(wave->second + tMargin * m_rate), size() - 1);
 }
