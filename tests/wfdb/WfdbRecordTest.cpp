@@ -1,4 +1,5 @@
 #include "base/Error.h"
+#include "wfdb/RecordingsFolder.h"
 #include "wfdb/TWfdbRecord.h"
 
 #include <QDirIterator>
@@ -118,10 +119,9 @@ private Q_SLOTS:
 
     void realRecordsAreReadToTheirEnd()
     {
-        const QString folder =
-            qEnvironmentVariable("VELANTOR_RECORDINGS", QStringLiteral(VELANTOR_RECORDINGS_BESIDE));
-        if (!QDir(folder).exists())
-            QSKIP("There are no recordings; VELANTOR_RECORDINGS names their folder.");
+        const QString folder = recordingsFolder();
+        if (folder.isEmpty())
+            QSKIP(noRecordings);
         int records = 0;
         QDirIterator headers(folder, {QStringLiteral("*.hea")}, QDir::Files, QDirIterator::Subdirectories);
         while (headers.hasNext()) {
