@@ -1,7 +1,7 @@
 #include "cli/Arguments.h"
 
 #include "base/Constants.h"
-#include "cli/Command.h"
+#include "cli/Options.h"
 
 #include <QDir>
 #include <QStandardPaths>

@@ -4,8 +4,36 @@
 
 #include <algorithm>
 
-TCommandContext::TCommandContext(const QString& dataFolder, const QStringList& arguments, TJsonOutput& output)
-    : m_dataFolder(dataFolder), m_arguments(arguments), m_output(output)
+namespace {
+
+constexpr int helpWidth = 78;
+
+/// Everything the help shows of a call, in pieces that belong on one line.
+QStringList describeCall(const TCommand& command)
+{
+    const QStringList words{QLatin1String(command.name), QLatin1String(command.arguments)};
+    return QStringList(words.join(QLatin1Char(' ')).trimmed()) + describeOptions(command.options);
+}
+
+/// The call in as many lines as it needs, those from the second on further to the right.
+QString wrapCall(const TCommand& command)
+{
+    QString text;
+    QString line = QStringLiteral(" ");
+    for (const QString& piece : describeCall(command)) {
+        if (line.size() + 1 + piece.size() > helpWidth) {
+            text += line + QLatin1Char('\n');
+            line = QString(9, QLatin1Char(' '));
+        }
+        line += QLatin1Char(' ') + piece;
+    }
+    return text + line + QLatin1Char('\n');
+}
+
+} // namespace
+
+TCommandContext::TCommandContext(const QString& dataFolder, const TCommandWords& words, TJsonOutput& output)
+    : m_dataFolder(dataFolder), m_words(words), m_output(output)
 {
 }
 
@@ -23,26 +51,32 @@ int TCommand::argumentCount() const
     return QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts).size();
 }
 
-const TCommand* findCommand(const QString& name)
+std::vector<const TCommand*> allCommands()
 {
-    const auto commands = studyCommands();
-    const auto found = std::find_if(commands.begin(), commands.end(), [&name](const TCommand& command) {
-        return name == QLatin1String(command.name);
-    });
-    return found == commands.end() ? nullptr : &*found;
+    std::vector<const TCommand*> commands;
+    for (const auto table : {studyCommands()}) {
+        for (const TCommand& command : table)
+            commands.push_back(&command);
+    }
+    return commands;
 }
 
-void checkArguments(const TCommand& command, const QStringList& arguments)
+const TCommand* findCommand(const QString& name)
 {
-    for (const QString& argument : arguments) {
-        if (argument.startsWith(QLatin1String("--")))
-            throw TUsageError(QStringLiteral("Unknown option %1").arg(argument));
-    }
-    if (arguments.size() != command.argumentCount()) {
-        throw TUsageError(QStringLiteral("Usage: velantor-cli %1 %2")
-                              .arg(QLatin1String(command.name), QLatin1String(command.arguments))
-                              .trimmed());
-    }
+    const auto commands = allCommands();
+    const auto found = std::find_if(commands.begin(), commands.end(), [&name](const TCommand* command) {
+        return name == QLatin1String(command->name);
+    });
+    return found == commands.end() ? nullptr : *found;
+}
+
+TCommandWords parseCommandWords(const TCommand& command, const QStringList& words)
+{
+    const TCommandWords parsed = parseCommandWords(command.options, words);
+    if (parsed.arguments.size() != command.argumentCount())
+        throw TUsageError(QStringLiteral("Usage: velantor-cli ") +
+                          describeCall(command).join(QLatin1Char(' ')));
+    return parsed;
 }
 
 QString helpText()
@@ -60,11 +94,8 @@ QString helpText()
                        "  --version    show the version\n"
                        "\n"
                        "Commands:\n");
-    for (const TCommand& command : studyCommands()) {
-        const QString call =
-            QStringLiteral("%1 %2").arg(QLatin1String(command.name), QLatin1String(command.arguments));
-        text += QStringLiteral("  %1\n      %2\n").arg(call.trimmed(), QLatin1String(command.summary));
-    }
+    for (const TCommand* command : allCommands())
+        text += wrapCall(*command) + QStringLiteral("      %1\n").arg(QLatin1String(command->summary));
     return text +
            QStringLiteral("\nExit status: 0 done, 1 the command failed, 2 the command line is wrong.\n");
 }

@@ -1,27 +1,18 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "cli/Options.h"
 
 #include <memory>
-#include <span>
-#include <stdexcept>
+#include <vector>
 
 class LocalStudyDatabase;
 class TJsonOutput;
-
-/// The command line is wrong; the text says how.
-class TUsageError : public std::runtime_error
-{
-public:
-    explicit TUsageError(const QString& text) : std::runtime_error(text.toStdString()) {}
-};
 
 /// What a command works with.
 class TCommandContext
 {
 public:
-    TCommandContext(const QString& dataFolder, const QStringList& arguments, TJsonOutput& output);
+    TCommandContext(const QString& dataFolder, const TCommandWords& words, TJsonOutput& output);
     ~TCommandContext();
     TCommandContext(const TCommandContext&) = delete;
     TCommandContext& operator=(const TCommandContext&) = delete;
@@ -29,23 +20,26 @@ public:
     /// The store, opened at the first call: a command looks at its arguments before anything is made on disk.
     LocalStudyDatabase& database();
     const QString& dataFolder() const { return m_dataFolder; }
-    const QStringList& arguments() const { return m_arguments; }
+    const QStringList& arguments() const { return m_words.arguments; }
+    const TOptions& options() const { return m_words.options; }
     TJsonOutput& output() { return m_output; }
 
 private:
     QString m_dataFolder;
-    QStringList m_arguments;
+    TCommandWords m_words;
     TJsonOutput& m_output;
     std::unique_ptr<LocalStudyDatabase> m_database;
 };
 
-/// One command of the tool. A command is added by a row in a table such as `studyCommands`.
+/// One command of the tool. A command is added by a row in a table such as `studyCommands`; a further table
+/// is added to `allCommands`.
 struct TCommand
 {
     const char* name;
     const char* arguments; ///< as the help shows them; each word is one argument
     const char* summary;
     void (*run)(TCommandContext& context);
+    std::span<const TOption> options = {};
 
     int argumentCount() const;
 };
@@ -53,11 +47,13 @@ struct TCommand
 /// The commands on studies, archives and protocols.
 std::span<const TCommand> studyCommands();
 
+std::vector<const TCommand*> allCommands();
+
 /// Null if there is no such command.
 const TCommand* findCommand(const QString& name);
 
-/// Throws TUsageError unless the command takes so many arguments.
-void checkArguments(const TCommand& command, const QStringList& arguments);
+/// Throws TUsageError unless the command takes these options and so many arguments.
+TCommandWords parseCommandWords(const TCommand& command, const QStringList& words);
 
 /// What --help prints.
 QString helpText();

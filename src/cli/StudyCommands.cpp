@@ -4,6 +4,7 @@
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/JsonOutput.h"
+#include "cli/StudyAccess.h"
 #include "study/LocalStudyDatabase.h"
 #include "study/Study.h"
 #include "study/StudyArchive.h"
@@ -19,50 +20,6 @@
 using velantor::fromText;
 
 namespace {
-
-constexpr char studyNotFound[] = "Study file not found";
-
-QJsonObject archiveRow(const StudyInfo& info)
-{
-    return {{QLatin1String("baseFilename"), fromText(info.baseFilename)},
-            {QLatin1String("studyType"), fromText(info.studyType)},
-            {QLatin1String("studyDateTime"), fromText(info.studyDateTime)},
-            {QLatin1String("lastName"), fromText(info.lastName)},
-            {QLatin1String("firstName"), fromText(info.firstName)}};
-}
-
-QJsonObject listRow(const StudyInfo& info)
-{
-    QJsonObject row = archiveRow(info);
-    row.insert(QLatin1String("id"), info.id);
-    row.insert(QLatin1String("status"), fromText(info.status));
-    return row;
-}
-
-qint32 studyId(const TCommandContext& context)
-{
-    return parseNumber(context.arguments().at(0), "study id", 1);
-}
-
-bool isListed(TCommandContext& context, qint32 id)
-{
-    StudyInfo info;
-    return context.database().findStudy(id, info);
-}
-
-void requireListed(TCommandContext& context, qint32 id)
-{
-    if (!isListed(context, id))
-        throw TError(studyNotFound);
-}
-
-Study& openStudy(TCommandContext& context)
-{
-    Study* study = context.database().openStudy(studyId(context));
-    if (study == nullptr)
-        throw TError(studyNotFound);
-    return *study;
-}
 
 QJsonObject describeEcg(const TEcgFile& ecg)
 {

@@ -30,10 +30,10 @@ void runCommand(const TArguments& arguments)
     const TCommand* command = findCommand(arguments.command);
     if (command == nullptr)
         throw TUsageError(QStringLiteral("Unknown command %1").arg(arguments.command));
-    checkArguments(*command, arguments.commandArguments);
+    const TCommandWords words = parseCommandWords(*command, arguments.commandArguments);
 
     TJsonOutput output;
-    TCommandContext context(arguments.dataFolder, arguments.commandArguments, output);
+    TCommandContext context(arguments.dataFolder, words, output);
     command->run(context);
     output.finish();
 }
