@@ -17,7 +17,7 @@ LINKS = {
     "platform": ["base"],
     "analysis": ["base"],
     "wfdb": ["base"],
-    "study": ["platform", "analysis"],
+    "study": ["platform", "analysis", "wfdb"],
     "acq": ["platform", "analysis"],
     "equipment": ["platform"],
     "recorder": ["study", "acq", "equipment"],

@@ -3,9 +3,13 @@
 #include "base/Error.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QLocale>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -19,11 +23,12 @@ constexpr double maxFrequency = 100000.0;
 
 QStringList readLines(const QString& path)
 {
+    // A pipe would keep us waiting.
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > maxHeaderBytes)
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > maxHeaderBytes)
         fail();
     QStringList lines;
-    for (const QString& line : QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'))) {
+    for (const QString& line : QString::fromLatin1(file.read(maxHeaderBytes)).split(QLatin1Char('\n'))) {
         const QString text = line.trimmed();
         if (!text.isEmpty() && !text.startsWith(QLatin1Char('#')))
             lines.append(text);
@@ -31,29 +36,97 @@ QStringList readLines(const QString& path)
     return lines;
 }
 
+QStringList fieldsOf(const QString& line)
+{
+    static const QRegularExpression blanks(QStringLiteral("\\s+"));
+    return line.split(blanks);
+}
+
 /// The number that a field begins with; fields such as "360/250(0)" carry more behind it.
 double leadingNumber(const QString& field)
 {
     static const QRegularExpression number(QStringLiteral("^[-+]?[0-9]*\\.?[0-9]+(?:[eE][-+]?[0-9]+)?"));
-    const double value = number.match(field).captured().toDouble();
-    return std::isfinite(value) ? value : 0.0;
+    const QRegularExpressionMatch match = number.match(field);
+    const double value = match.captured().toDouble();
+    if (!match.hasMatch() || !std::isfinite(value))
+        fail();
+    return value;
+}
+
+qint64 sampleCountIn(const QString& field)
+{
+    constexpr qint64 most = 1000000000000;
+    bool isNumber = false;
+    const qint64 count = field.toLongLong(&isNumber);
+    if (!isNumber || count < 0 || count > most)
+        fail();
+    return count;
+}
+
+int numberIn(const QString& field)
+{
+    bool isNumber = false;
+    const int number = field.toInt(&isNumber);
+    if (!isNumber)
+        fail();
+    return number;
+}
+
+std::optional<int> optionalNumber(const QStringList& fields, int place)
+{
+    bool isNumber = false;
+    const int number = place < fields.size() ? fields.at(place).toInt(&isNumber) : 0;
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+QDate dateIn(const QString& field)
+{
+    const QDate date = QDate::fromString(field, QStringLiteral("d/M/yyyy"));
+    return date.isValid() ? date : QLocale::c().toDate(field, QStringLiteral("d-MMM-yyyy"));
+}
+
+QTime timeIn(const QString& field)
+{
+    return QTime::fromString(field.section(QLatin1Char('.'), 0, 0), QStringLiteral("H:m:s"));
+}
+
+/// "15:22:05 31/12/1999"; some sources write the date first, or the month as a word.
+QDateTime baseTimeIn(const QStringList& fields)
+{
+    QDate date;
+    QTime time;
+    for (const QString& field : fields) {
+        date = date.isValid() ? date : dateIn(field);
+        time = time.isValid() ? time : timeIn(field);
+    }
+    return date.isValid() && time.isValid() ? QDateTime(date, time) : QDateTime();
 }
 
 int readRecordLine(TWfdbHeader& header, const QString& line)
 {
-    const QStringList fields = line.split(QRegularExpression(QStringLiteral("\\s+")));
+    const QStringList fields = fieldsOf(line);
     // A name with a slash is a record of several segments.
     if (fields.size() < 2 || fields.at(0).contains(QLatin1Char('/')))
         fail();
     if (fields.size() > 2)
         header.frequency = leadingNumber(fields.at(2));
     if (fields.size() > 3)
-        header.sampleCount = fields.at(3).toLongLong();
-    const int count = fields.at(1).toInt();
-    if (count < 1 || count > TWfdbHeader::maxSignals || header.sampleCount < 0 ||
+        header.sampleCount = sampleCountIn(fields.at(3));
+    header.baseTime = baseTimeIn(fields.mid(4, 2));
+    const int count = numberIn(fields.at(1));
+    if (count < 1 || count > TWfdbHeader::maxSignals ||
         !(header.frequency > 0.0 && header.frequency <= maxFrequency))
         fail();
     return count;
+}
+
+/// Whether the file can only lie in the folder of the header, on any system.
+bool isPlainFileName(const QByteArray& name)
+{
+    return name != "." && name != ".." && std::none_of(name.begin(), name.end(), [](char c) {
+               const auto byte = static_cast<unsigned char>(c);
+               return byte < 0x20 || byte == 0x7f || c == '/' || c == '\\' || c == ':';
+           });
 }
 
 /// "16", "212", "16+24": other formats, skews and several samples per frame are not ours to read.
@@ -67,45 +140,77 @@ void readFormat(TWfdbSignal& signal, const QString& field)
     signal.byteOffset = match.captured(2).toLongLong();
 }
 
-/// "200", "1000(512)", "1000.0(0)/mV"; returns whether the baseline was told.
+/// "200", "1000(512)", "1000.0(0)/mV"; returns whether the baseline was told. A gain of 0 stands for one that
+/// nobody measured.
 bool readGain(TWfdbSignal& signal, const QString& field)
 {
-    static const QRegularExpression form(QStringLiteral("^([^(/]+)(?:\\(([-+]?[0-9]+)\\))?(?:/(\\S+))?$"));
+    static const QRegularExpression form(
+        QStringLiteral("^([-+0-9.eE]+)(?:\\(([-+]?[0-9]+)\\))?(?:/(\\S+))?$"));
     const QRegularExpressionMatch match = form.match(field);
+    if (!match.hasMatch())
+        fail();
     const double gain = leadingNumber(match.captured(1));
     if (gain != 0.0)
         signal.gain = gain;
     if (!match.captured(3).isEmpty())
         signal.units = match.captured(3).toLatin1();
-    signal.baseline = match.captured(2).toInt();
-    return !match.captured(2).isEmpty();
+    const bool hasBaseline = !match.captured(2).isEmpty();
+    if (hasBaseline)
+        signal.baseline = numberIn(match.captured(2));
+    return hasBaseline;
 }
 
 TWfdbSignal readSignalLine(const QString& line)
 {
-    constexpr int adcZeroField = 4;
-    constexpr int descriptionField = 8;
-    const QStringList fields = line.split(QRegularExpression(QStringLiteral("\\s+")));
+    enum
+    {
+        File,
+        Format,
+        Gain,
+        AdcZero = 4,
+        InitialValue,
+        Checksum,
+        Description = 8
+    };
+    const QStringList fields = fieldsOf(line);
     TWfdbSignal signal;
-    signal.fileName = fields.at(0).toLatin1();
-    if (fields.size() < 2 || signal.fileName.contains('/') || signal.fileName.contains('\\'))
+    signal.fileName = fields.at(File).toLatin1();
+    if (fields.size() <= Format || !isPlainFileName(signal.fileName))
         fail();
-    readFormat(signal, fields.at(1));
-    const bool hasBaseline = fields.size() > 2 && readGain(signal, fields.at(2));
-    if (!hasBaseline && fields.size() > adcZeroField)
-        signal.baseline = fields.at(adcZeroField).toInt();
-    signal.description = fields.mid(descriptionField).join(QLatin1Char(' ')).toLatin1();
+    readFormat(signal, fields.at(Format));
+    const bool hasBaseline = fields.size() > Gain && readGain(signal, fields.at(Gain));
+    if (!hasBaseline && fields.size() > AdcZero)
+        signal.baseline = numberIn(fields.at(AdcZero));
+    signal.initialValue = optionalNumber(fields, InitialValue);
+    signal.checksum = optionalNumber(fields, Checksum);
+    signal.description = fields.mid(Description).join(QLatin1Char(' ')).toLatin1();
     return signal;
+}
+
+/// 0 for a unit that is no voltage.
+double millivoltsPerUnit(const QByteArray& units)
+{
+    // The sign of micro as ASCII, UTF-8 and Latin-1 have it.
+    static const std::pair<const char*, double> voltages[] = {
+        {"mV", 1.0}, {"uV", 1e-3}, {"\xc2\xb5V", 1e-3}, {"\xb5V", 1e-3}, {"nV", 1e-6}, {"V", 1e3}};
+    for (const auto& [name, factor] : voltages) {
+        if (units.compare(name, Qt::CaseInsensitive) == 0)
+            return factor;
+    }
+    return 0.0;
 }
 
 } // namespace
 
-double TWfdbSignal::millivoltsPerUnit() const
+bool TWfdbSignal::isVoltage() const
 {
-    const QByteArray unit = units.toLower();
-    if (unit == "uv")
-        return 0.001;
-    return unit == "v" ? 1000.0 : 1.0;
+    return millivoltsPerUnit(units) > 0.0;
+}
+
+double TWfdbSignal::millivolts(int value) const
+{
+    const double factor = isVoltage() ? millivoltsPerUnit(units) : 1.0;
+    return (static_cast<double>(value) - baseline) / gain * factor;
 }
 
 TWfdbHeader TWfdbHeader::read(const QString& path)

@@ -7,6 +7,7 @@
 #include "fuzz/GoodStudy.h"
 #include "fuzz/ScratchFolder.h"
 #include "fuzz/StudyInput.h"
+#include "fuzz/WfdbInput.h"
 #include "study/LocalStudyDatabase.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
@@ -15,6 +16,9 @@
 #include "study/TEcgFile.h"
 #include "study/TProtocolTable.h"
 #include "support/SampleStudy.h"
+#include "wfdb/AnnotationBytes.h"
+#include "wfdb/TResampledRecord.h"
+#include "wfdb/TWfdbAnnotations.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -98,6 +102,10 @@ private Q_SLOTS:
     void protocolTablesLoad();
     void frameStreamsHoldFrames_data();
     void frameStreamsHoldFrames();
+    void wfdbRecordsAreRead_data();
+    void wfdbRecordsAreRead();
+    void badWfdbRecordsAreRefused_data();
+    void badWfdbRecordsAreRefused();
     void anyBytesAreAnInput();
 
 private:
@@ -354,6 +362,62 @@ void FuzzSeedsTest::frameStreamsHoldFrames()
     QTEST(framesIn(TStdFrameParser(), seed), "standardFrames");
     QTEST(framesIn(THRFrameParser(), seed), "highRateFrames");
     save("fuzz_frame_parsers", seed);
+}
+
+void FuzzSeedsTest::wfdbRecordsAreRead_data()
+{
+    QTest::addColumn<QByteArray>("seed");
+    QTest::addColumn<int>("samples");
+    QTest::addColumn<int>("annotations");
+    const QByteArray beats =
+        TAnnotationBytes().add('+', 0).aux("(N").add('N', 9).skip(70000).add('V', 5).bytes();
+    const QByteArray waves = TAnnotationBytes()
+                                 .add('"', 0)
+                                 .aux("## time resolution: 250")
+                                 .add('(', 4)
+                                 .num(1)
+                                 .add('N', 3)
+                                 .subtype(-1)
+                                 .add(')', 3)
+                                 .channel(1)
+                                 .bytes();
+    const QByteArray samples("\1\2\3\4\5\6\7\10\11\12\13\14", 12);
+    const QByteArray plain = "r 2 500 3\nr.dat 16 1000(5)/mV 16 0 0 0 0 I\nr.dat 16 200 16 5 0 0 0 MLII\n";
+    const QByteArray pairs = "r 2 360/360(0) 4 15:22:05 15/5/2020\r\nr.dat 212 200 11 1024 0 0 0 v1\r\n"
+                             "r.dat 212 200 11 1024 0 0 0 V5\r\n# comment\r\n";
+    const QByteArray twoFiles = "r 2 1000 0\nr.dat 16+4 -5e-1(0)/uV\n#\ns.dat 212 0/V 12 0 x y 0 a name\n";
+    QTest::newRow("plain") << TWfdbInput{plain, beats, {}, samples}.toBytes() << 3 << 3;
+    QTest::newRow("pairs") << TWfdbInput{pairs, waves, {}, samples}.toBytes() << 6 << 3;
+    QTest::newRow("two files") << TWfdbInput{twoFiles, beats, samples, samples}.toBytes() << 2 << 3;
+}
+
+void FuzzSeedsTest::wfdbRecordsAreRead()
+{
+    QFETCH(QByteArray, seed);
+    QVERIFY(TWfdbInput::fromBytes(seed).write(m_scratch.path()));
+    const TWfdbRecord record(m_scratch.path("r"));
+    const TResampledRecord resampled(record);
+    QTEST(static_cast<int>(resampled.sampleCount()), "samples");
+    QTEST(static_cast<int>(TWfdbAnnotations::read(m_scratch.path("r.atr")).list().size()), "annotations");
+    save("fuzz_wfdb", seed);
+}
+
+void FuzzSeedsTest::badWfdbRecordsAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("seed");
+    const QByteArray text = TAnnotationBytes().add('N', 1).aux("text").withoutEnd();
+    QTest::newRow("outside") << TWfdbInput{"r 1 500 1\n../r.dat 16 1\n", text, {}, "xy"}.toBytes();
+    QTest::newRow("skew") << TWfdbInput{"r 1 500 1\nr.dat 16:2 1\n", text.chopped(2), {}, "xy"}.toBytes();
+    QTest::newRow("segments") << TWfdbInput{"r/2 1 500 1\nr.dat 16 1\n", {}, {}, "xy"}.toBytes();
+}
+
+void FuzzSeedsTest::badWfdbRecordsAreRefused()
+{
+    QFETCH(QByteArray, seed);
+    QVERIFY(TWfdbInput::fromBytes(seed).write(m_scratch.path()));
+    QVERIFY_EXCEPTION_THROWN(TWfdbRecord(m_scratch.path("r")), TError);
+    QVERIFY_EXCEPTION_THROWN(TWfdbAnnotations::read(m_scratch.path("r.atr")), TError);
+    save("fuzz_wfdb", seed);
 }
 
 void FuzzSeedsTest::anyBytesAreAnInput()

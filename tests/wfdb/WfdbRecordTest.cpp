@@ -1,9 +1,15 @@
 #include "base/Error.h"
+#include "wfdb/RecordingsFolder.h"
 #include "wfdb/TWfdbRecord.h"
 
 #include <QDirIterator>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <array>
+#include <numeric>
+
+#include <sys/stat.h>
 
 class WfdbRecordTest : public QObject
 {
@@ -94,6 +100,24 @@ private Q_SLOTS:
         QTest::newRow("other format") << QByteArray("b 1 500 2\nb.dat 310 1\n");
         QTest::newRow("several samples a frame") << QByteArray("b 1 500 2\nb.dat 16x4 1\n");
         QTest::newRow("another folder") << QByteArray("b 1 500 2\n../b.dat 16 1\n");
+        QTest::newRow("another folder of Windows") << QByteArray("b 1 500 2\n..\\b.dat 16 1\n");
+        QTest::newRow("another drive") << QByteArray("b 1 500 2\nc:b.dat 16 1\n");
+        QTest::newRow("the folder itself") << QByteArray("b 1 500 2\n. 16 1\n");
+        QTest::newRow("the folder above") << QByteArray("b 1 500 2\n.. 16 1\n");
+        QTest::newRow("control character in the name") << QByteArray("b 1 500 2\nb\1.dat 16 1\n");
+        QTest::newRow("skew") << QByteArray("b 1 500 2\nb.dat 16:3 1\n");
+        QTest::newRow("negative offset") << QByteArray("b 1 500 2\nb.dat 16+-4 1\n");
+        QTest::newRow("endless offset") << QByteArray("b 1 500 2\nb.dat 16+9999999999999999999 1\n");
+        QTest::newRow("no number as gain") << QByteArray("b 1 500 2\nb.dat 16 nan\n");
+        QTest::newRow("endless gain") << QByteArray("b 1 500 2\nb.dat 16 1e999\n");
+        QTest::newRow("endless baseline") << QByteArray("b 1 500 2\nb.dat 16 1(99999999999)\n");
+        QTest::newRow("broken baseline") << QByteArray("b 1 500 2\nb.dat 16 1(5\n");
+        QTest::newRow("no number as ADC zero") << QByteArray("b 1 500 2\nb.dat 16 1 16 x\n");
+        QTest::newRow("no number as frequency") << QByteArray("b 1 nan 2\nb.dat 16 1\n");
+        QTest::newRow("endless frequency") << QByteArray("b 1 1e9 2\nb.dat 16 1\n");
+        QTest::newRow("no number as count") << QByteArray("b 1 500 many\nb.dat 16 1\n");
+        QTest::newRow("endless count") << QByteArray("b 1 500 9999999999999999\nb.dat 16 1\n");
+        QTest::newRow("no number of signals") << QByteArray("b x 500 2\nb.dat 16 1\n");
         QTest::newRow("no format") << QByteArray("b 1 500 2\nb.dat\n");
         QTest::newRow("too long") << QByteArray(70000, 'x');
     }
@@ -114,26 +138,172 @@ private Q_SLOTS:
         write("e.hea", "e 2 500 2\ne.dat 16 1\ne.dat 212 1\n");
         write("e.dat", QByteArray(12, '\1'));
         QCOMPARE(failure("e"), QStringLiteral("Cannot read WFDB signal file"));
+        QDir(m_folder.path()).mkdir(QStringLiteral("folder"));
+        write("f.hea", "f 1 500 2\nfolder 16 1\n");
+        QCOMPARE(failure("f"), QStringLiteral("Cannot read WFDB signal file"));
     }
 
-    void realRecordsAreReadToTheirEnd()
+    void filesOfDoubtfulFormAreRefused_data()
     {
-        const QString folder =
-            qEnvironmentVariable("VELANTOR_RECORDINGS", QStringLiteral(VELANTOR_RECORDINGS_BESIDE));
-        if (!QDir(folder).exists())
-            QSKIP("There are no recordings; VELANTOR_RECORDINGS names their folder.");
+        QTest::addColumn<QByteArray>("header");
+        QTest::newRow("offset beyond the end") << QByteArray("g 1 500 2\ng.dat 16+13 1\n");
+        QTest::newRow("two offsets") << QByteArray("g 2 500 2\ng.dat 16+2 1\ng.dat 16+4 1\n");
+        QTest::newRow("file comes back") << QByteArray("g 3 500 2\ng.dat 16 1\nh.dat 16 1\ng.dat 16 1\n");
+    }
+
+    void filesOfDoubtfulFormAreRefused()
+    {
+        QFETCH(QByteArray, header);
+        write("g.hea", header);
+        write("g.dat", QByteArray(12, '\1'));
+        write("h.dat", QByteArray(12, '\1'));
+        QCOMPARE(failure("g"), QStringLiteral("Cannot read WFDB signal file"));
+    }
+
+    void aCountBeyondTheFileIsThatOfTheFile()
+    {
+        write("i.hea", "i 1 500 999999999999\ni.dat 16 1\n");
+        write("i.dat", QByteArray(7, '\1'));
+        QCOMPARE(TWfdbRecord(path("i")).sampleCount(), qint64(3));
+        write("j.hea", "j 1 500\nj.dat 212 1\n");
+        write("j.dat", QByteArray(7, '\1'));
+        QCOMPARE(TWfdbRecord(path("j")).sampleCount(), qint64(4));
+        write("j.dat", QByteArray(8, '\1'));
+        QCOMPARE(TWfdbRecord(path("j")).sampleCount(), qint64(5));
+    }
+
+    void framesAreReadAtAnyPlace()
+    {
+        // Three signals of format 212: every other frame begins within a pair.
+        constexpr int frames = 5001;
+        QByteArray bytes;
+        for (int pair = 0; pair < (3 * frames + 1) / 2; ++pair) {
+            const int first = 2 * pair % 4001 - 2000;
+            const int second = (2 * pair + 1) % 4001 - 2000;
+            bytes += static_cast<char>(first & 0xff);
+            bytes += static_cast<char>((first >> 8 & 0x0f) | (second >> 4 & 0xf0));
+            bytes += static_cast<char>(second & 0xff);
+        }
+        write("k.hea", "k 3 500\nk.dat 212 1\nk.dat 212 1\nk.dat 212 1\n");
+        write("k.dat", bytes);
+        const TWfdbRecord record(path("k"));
+        QCOMPARE(record.sampleCount(), qint64(frames));
+        for (const int place : {0, 1, 2, 4094, 4095, 4096, 4097, frames - 1}) {
+            for (int signal = 0; signal < 3; ++signal)
+                QCOMPARE(record.millivolts(signal, place), (3 * place + signal) % 4001 - 2000.0);
+        }
+        std::array<std::array<short, 4>, 3> read{};
+        const std::array<short*, 3> out{read[0].data(), read[1].data(), read[2].data()};
+        record.read(frames - 2, 4, out.data());
+        const auto expected = [](int place) { return static_cast<short>((3 * place + 1) % 4001 - 2000); };
+        QCOMPARE(read[1], (std::array<short, 4>{expected(frames - 2), expected(frames - 1),
+                                                TWfdbSignalFile::missing, TWfdbSignalFile::missing}));
+        record.read(-1, 4, out.data());
+        QCOMPARE(read[1],
+                 (std::array<short, 4>{TWfdbSignalFile::missing, expected(0), expected(1), expected(2)}));
+    }
+
+    void extremeScalesStayNumbers()
+    {
+        write("l.hea", "l 3 500 1\nl.dat 16 -100(-2147483648)/V\nl.dat 16 1e-300\nl.dat 16 0(5)/nV\n");
+        write("l.dat", QByteArray::fromHex("ff7f"
+                                           "0180"
+                                           "0500"));
+        const TWfdbRecord record(path("l"));
+        QCOMPARE(record.millivolts(0, 0), -(32767.0 + 2147483648.0) * 10.0);
+        QVERIFY(record.millivolts(1, 0) < -1e300);
+        QCOMPARE(record.millivolts(2, 0), 0.0);
+        QCOMPARE(record.header().channels[2].gain, 200.0);
+    }
+
+    void unitsTellWhatIsAVoltage_data()
+    {
+        QTest::addColumn<QByteArray>("unit");
+        QTest::addColumn<double>("millivolts");
+        QTest::newRow("none") << QByteArray() << 1.0;
+        QTest::newRow("mV") << QByteArray("/mV") << 1.0;
+        QTest::newRow("mv") << QByteArray("/mv") << 1.0;
+        QTest::newRow("uV") << QByteArray("/uV") << 1e-3;
+        QTest::newRow("micro in UTF-8") << QByteArray("/\xc2\xb5V") << 1e-3;
+        QTest::newRow("micro in Latin-1") << QByteArray("/\xb5V") << 1e-3;
+        QTest::newRow("nV") << QByteArray("/nV") << 1e-6;
+        QTest::newRow("V") << QByteArray("/V") << 1e3;
+        QTest::newRow("mmHg") << QByteArray("/mmHg") << 0.0;
+        QTest::newRow("other") << QByteArray("/l/min") << 0.0;
+    }
+
+    void unitsTellWhatIsAVoltage()
+    {
+        QFETCH(QByteArray, unit);
+        QFETCH(double, millivolts);
+        write("m.hea", "m 1 500\nm.dat 16 1" + unit + "\n");
+        const TWfdbHeader header = TWfdbHeader::read(path("m.hea"));
+        QCOMPARE(header.channels[0].isVoltage(), millivolts > 0.0);
+        QCOMPARE(header.channels[0].millivolts(1), millivolts > 0.0 ? millivolts : 1.0);
+    }
+
+    void timesAreReadInTheFormsThatOccur_data()
+    {
+        QTest::addColumn<QByteArray>("fields");
+        QTest::addColumn<QDateTime>("time");
+        const QDateTime time(QDate(2020, 5, 15), QTime(15, 22, 5));
+        QTest::newRow("time and date") << QByteArray("15:22:05 15/5/2020") << time;
+        QTest::newRow("fractions") << QByteArray("15:22:05.250 15/05/2020") << time;
+        QTest::newRow("date first") << QByteArray("15-May-2020 15:22:05") << time;
+        QTest::newRow("none") << QByteArray() << QDateTime();
+        QTest::newRow("time only") << QByteArray("15:22:05") << QDateTime();
+        QTest::newRow("no such date") << QByteArray("15:22:05 31/2/2020") << QDateTime();
+        QTest::newRow("no such time") << QByteArray("25:22:05 15/5/2020") << QDateTime();
+    }
+
+    void timesAreReadInTheFormsThatOccur()
+    {
+        QFETCH(QByteArray, fields);
+        write("n.hea", "n 1 500 2 " + fields + "\r\nn.dat 16 1\r\n");
+        QTEST(TWfdbHeader::read(path("n.hea")).baseTime, "time");
+    }
+
+    void aPipeIsNoRecord()
+    {
+        QCOMPARE(mkfifo(QFile::encodeName(path("o.hea")).constData(), 0600), 0);
+        QCOMPARE(failure("o"), QStringLiteral("Cannot read WFDB header"));
+        write("q.hea", "q 1 500 2\nq.dat 16 1\n");
+        QCOMPARE(mkfifo(QFile::encodeName(path("q.dat")).constData(), 0600), 0);
+        QCOMPARE(failure("q"), QStringLiteral("Cannot read WFDB signal file"));
+    }
+
+    void realRecordsAreThoseThatTheirHeadersTell()
+    {
+        if (recordingsFolder().isEmpty())
+            QSKIP(noRecordings);
         int records = 0;
-        QDirIterator headers(folder, {QStringLiteral("*.hea")}, QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator headers(recordingsFolder(), {QStringLiteral("*.hea")}, QDir::Files,
+                             QDirIterator::Subdirectories);
         while (headers.hasNext()) {
             const TWfdbRecord record(headers.next());
             QVERIFY2(record.sampleCount() == record.header().sampleCount, qPrintable(headers.filePath()));
-            for (int signal = 0; signal < record.signalCount(); ++signal) {
-                for (qint64 i = 0; i < record.sampleCount(); i += 97)
-                    QVERIFY2(std::abs(record.millivolts(signal, i)) < 40.0, qPrintable(headers.filePath()));
+            const std::vector<std::vector<short>> samples = allSamples(record);
+            for (std::size_t signal = 0; signal < samples.size(); ++signal) {
+                const QString text =
+                    headers.filePath() + QStringLiteral(", signal ") + QString::number(signal);
+                QVERIFY2(isAsToldBy(record.header().channels[signal], samples[signal]), qPrintable(text));
             }
             ++records;
         }
-        QVERIFY(records > 0);
+        QVERIFY(records > 100);
+    }
+
+    void aRealRecordOfTwoFilesHasAllItsSignals()
+    {
+        if (recordingsFolder().isEmpty())
+            QSKIP(noRecordings);
+        const TWfdbRecord record(recordingsFolder() + QStringLiteral("/ptb/s0010_re"));
+        QCOMPARE(record.signalCount(), 15);
+        QCOMPARE(record.header().frequency, 1000.0);
+        QCOMPARE(record.header().channels[14].description, QByteArray("vz"));
+        QCOMPARE(record.header().channels[14].fileName, QByteArray("s0010_re.xyz"));
+        QCOMPARE(record.millivolts(0, 0), -489 / 2000.0);
+        QCOMPARE(record.millivolts(14, 0), -18 / 2000.0);
     }
 
 private:
@@ -143,6 +313,29 @@ private:
     {
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+
+    static std::vector<std::vector<short>> allSamples(const TWfdbRecord& record)
+    {
+        const int count = static_cast<int>(record.sampleCount());
+        std::vector<std::vector<short>> samples(static_cast<std::size_t>(record.signalCount()),
+                                                std::vector<short>(static_cast<std::size_t>(count)));
+        std::vector<short*> out;
+        for (std::vector<short>& each : samples)
+            out.push_back(each.data());
+        record.read(0, count, out.data());
+        return samples;
+    }
+
+    /// First value, checksum and a sane range.
+    static bool isAsToldBy(const TWfdbSignal& signal, const std::vector<short>& samples)
+    {
+        const int sum = std::accumulate(samples.begin(), samples.end(), 0);
+        const bool isSane = std::all_of(samples.begin(), samples.end(), [&](short value) {
+            return std::abs(signal.millivolts(value)) < 40.0;
+        });
+        return signal.initialValue && signal.checksum && *signal.initialValue == samples.front() &&
+               static_cast<short>(*signal.checksum) == static_cast<short>(sum) && isSane;
     }
 
     QString failure(const char* name) const
