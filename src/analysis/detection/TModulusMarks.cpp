@@ -111,7 +111,7 @@ void TModulusMarks::clearRedundant(int limit)
             m_marks.erase(m_marks.begin() + static_cast<std::ptrdiff_t>(i));
             continue;
         }
-        std::erase_if(m_marks, isNear);
+        std::erase_if(m_marks, [&](const TMark& other) { return other.position < limit && isNear(other); });
         const auto place =
             std::upper_bound(m_marks.begin(), m_marks.end(), mark.position,
                              [](int position, const TMark& m) { return position < m.position; });
