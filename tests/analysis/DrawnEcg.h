@@ -98,9 +98,11 @@ inline TRow sum(TRow a, const TRow& b)
 inline void append(TSignal& signal, const TRows& rows, int from, int count)
 {
     std::vector<const double*> places;
-    for (const TRow& row : rows)
+    for (const TRow& row : rows) {
         places.push_back(row.data() + from);
-    signal.addPerChannelDouble(places.data(), std::min(count, static_cast<int>(rows.front().size()) - from));
+        count = std::min(count, static_cast<int>(row.size()) - from);
+    }
+    signal.addPerChannelDouble(places.data(), count);
 }
 
 } // namespace ecg

@@ -47,13 +47,18 @@ void TBeatDetector::clear()
 
 void TBeatDetector::addListener(TBeatListener* listener)
 {
-    if (std::find(m_listeners.begin(), m_listeners.end(), listener) == m_listeners.end())
+    if (listener && !hasListener(listener))
         m_listeners.push_back(listener);
 }
 
 void TBeatDetector::removeListener(TBeatListener* listener)
 {
     std::erase(m_listeners, listener);
+}
+
+bool TBeatDetector::hasListener(const TBeatListener* listener) const
+{
+    return std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
 }
 
 void TBeatDetector::update()
@@ -230,8 +235,10 @@ void TBeatDetector::emitBeat(const TBeat& beat)
     TBeat stored = beat;
     if (m_beatStore)
         stored.setIndex(m_beatStore->add(beat));
-    // A listener may leave while it is told.
+    // Listeners may come and go while they are told.
     const std::vector<TBeatListener*> listeners = m_listeners;
-    for (TBeatListener* listener : listeners)
-        listener->beatFound(stored);
+    for (TBeatListener* listener : listeners) {
+        if (hasListener(listener))
+            listener->beatFound(stored);
+    }
 }

@@ -36,7 +36,8 @@ public:
 
     /// Borrowed; gets a copy of each beat. Null for none.
     void setBeatStore(TBeatStore* store) { m_beatStore = store; }
-    /// Listeners are borrowed and told in the order of their coming.
+    /// Listeners are borrowed and told in the order of their coming. One that comes while they are told is
+    /// told from the next beat on, one that goes is not told any more.
     void addListener(TBeatListener* listener);
     void removeListener(TBeatListener* listener);
 
@@ -58,6 +59,7 @@ protected:
 private:
     using TQueue = std::deque<TChannelBeat>;
 
+    bool hasListener(const TBeatListener* listener) const;
     void advance(int end);
     void detectStep(int to);
     void queueCandidates(int channel, const std::vector<TChannelBeat>& candidates);
