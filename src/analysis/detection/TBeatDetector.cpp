@@ -6,6 +6,7 @@
 #include "analysis/signals/TSignal.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -20,6 +21,9 @@ constexpr double togetherWindow = 0.075;
 constexpr int fewChannels = 4;
 constexpr int longestWait = 2;
 
+/// A start beyond any recording; what is computed around it still has to fit an int.
+constexpr int latestStart = std::numeric_limits<int>::max() / 2;
+
 } // namespace
 
 TBeatDetector::TBeatDetector() : m_rhythm([this](const TBeat& beat) { emitBeat(beat); }) {}
@@ -28,7 +32,7 @@ void TBeatDetector::reset(TSignal* signal, double startTime, double endTime)
 {
     m_signal = signal;
     m_lag = signal->samplingRate();
-    m_position = std::max(signal->indexOf(startTime), 0);
+    m_position = std::clamp(signal->indexOf(startTime), 0, latestStart);
     m_startTime = startTime;
     m_endTime = endTime;
     m_waitCount = 0;
