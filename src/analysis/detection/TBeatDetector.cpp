@@ -73,7 +73,6 @@ void TBeatDetector::update()
     if (m_signal->timeOf(m_position) + m_signal->timeOf(m_lag) + shortestUpdate > m_signal->duration() ||
         end <= m_position)
         return;
-    prepare();
     advance(end);
 }
 
@@ -81,10 +80,10 @@ void TBeatDetector::finish()
 {
     if (!m_signal)
         return;
-    prepare();
     const int end = lastPosition();
     if (end > m_position + m_lag)
         advance(end - m_lag);
+    prepare(m_signal->sampleCount());
     for (int channel = 0; channel < m_signal->channelCount(); ++channel) {
         m_candidates.clear();
         finishChannel(channel, m_position, std::max(end, m_position), m_candidates);
@@ -114,6 +113,8 @@ void TBeatDetector::advance(int end)
 
 void TBeatDetector::detectStep(int to)
 {
+    // The lag, and as much again for a recording that has ended, where the step may end closer to its end.
+    prepare(to + 2 * m_lag);
     for (int channel = 0; channel < m_signal->channelCount(); ++channel) {
         m_candidates.clear();
         detectChannel(channel, m_position, to, m_candidates);

@@ -4,6 +4,8 @@
 #include "analysis/detection/TBeatListener.h"
 #include "analysis/detection/TRhythmJudge.h"
 
+#include <QtGlobal>
+
 #include <deque>
 #include <vector>
 
@@ -50,8 +52,9 @@ public:
 protected:
     TBeatDetector();
 
-    /// Does for `detectChannel` what all channels share, before it is called for new samples.
-    virtual void prepare() {}
+    /// Does for `detectChannel` what all channels share, before it is called: on the samples before `end`, as
+    /// far as the signal has them.
+    virtual void prepare(int end) { Q_UNUSED(end) }
     /// Last position up to which a recording that has ended can be searched.
     virtual int lastPosition() const;
     virtual int finishChannel(int channel, int from, int to, std::vector<TChannelBeat>& out);

@@ -398,7 +398,6 @@ private Q_SLOTS:
         for (const int channel : {0, 1})
             scene.detector.cues.push_back({channel, 2040, 2150});
         scene.run(20.0);
-        TBeatRing store(4);
         const auto rejected = std::find_if(scene.log.beats.begin(), scene.log.beats.end(),
                                            [](const TBeat& beat) { return !beat.valid(); });
         QVERIFY(rejected != scene.log.beats.end());
