@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+/// What a run of the tool left behind.
+struct TResult
+{
+    int status = -1; ///< -1 for a tool that crashed or was killed
+    QByteArray output;
+    QByteArray error;
+
+    QList<QJsonObject> lines() const
+    {
+        QList<QJsonObject> objects;
+        for (const QByteArray& line : output.split('\n')) {
+            if (!line.isEmpty())
+                objects << QJsonDocument::fromJson(line).object();
+        }
+        return objects;
+    }
+};
+
+/// Runs the tool with these words; with `home` as the folder of the user's data.
+inline TResult runTool(const QStringList& words, const QString& home = QString())
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    if (!home.isEmpty())
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), home);
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(VELANTOR_CLI), words);
+    process.waitForFinished(60000);
+    TResult result{process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                   process.readAllStandardOutput(), process.readAllStandardError()};
+    return result;
+}
+
+/// One plain line.
+inline bool isErrorLine(const QByteArray& text)
+{
+    return text.size() > 1 && text.count('\n') == 1 && text.endsWith('\n') && !text.startsWith(' ');
+}
+
+inline QJsonObject object(const QByteArray& json)
+{
+    return QJsonDocument::fromJson(json).object();
+}
