@@ -41,6 +41,18 @@ inline TBeatLog detect(const ecg::TRows& rows, const TFeeding& feeding = {})
     return log;
 }
 
+/// Twelve and more channels as a heart makes them: of different size and sign, V4 to V6 upright.
+inline ecg::TRows channelsOf(int count, double seconds, const std::vector<double>& times,
+                             int samplingRate = 250)
+{
+    constexpr double factors[] = {0.6, 1.0, 0.5, -0.8, 0.3, 0.7, -0.6, -0.5,
+                                  0.6, 1.1, 1.0, 0.8,  1.0, 0.9, 0.7,  0.5};
+    ecg::TRows rows;
+    for (int channel = 0; channel < count; ++channel)
+        rows.push_back(ecg::row(seconds, samplingRate, times, ecg::scaled(ecg::normal, factors[channel])));
+    return rows;
+}
+
 /// The first of `found` that lies nowhere within `tolerance` seconds of an expected one, or the other way
 /// round, as a text; empty if there is none.
 inline QByteArray difference(const std::vector<double>& found, const std::vector<double>& expected,
