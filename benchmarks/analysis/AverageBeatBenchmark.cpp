@@ -1,5 +1,6 @@
 #include "analysis/beats/TAverageBeat.h"
 #include "analysis/delineation/BeatRefinement.h"
+#include "analysis/delineation/QuadraticSplineWavelet.h"
 #include "analysis/delineation/TAverageBeatDelineator.h"
 #include "analysis/delineation/TSlopeDelineator.h"
 #include "analysis/signals/TInt16Signal.h"

@@ -130,6 +130,49 @@ private Q_SLOTS:
         QVERIFY(analysed(drawn::complex(normal, 250), 250, 112, 0).tOffset() <= 112 + 50);
     }
 
+    void theQrsEndsWhereFourSamplesAreFlatBesideItsSpan_data()
+    {
+        QTest::addColumn<double>("incline");
+        QTest::addColumn<bool>("found");
+        QTest::newRow("flat") << 0.0 << true;
+        QTest::newRow("below 1 %") << 3.0 << true;
+        QTest::newRow("below 2 %") << 6.0 << true;
+        QTest::newRow("below 5 %") << 16.0 << true;
+        QTest::newRow("above 5 %") << 25.0 << false;
+    }
+
+    void theQrsEndsWhereFourSamplesAreFlatBesideItsSpan()
+    {
+        QFETCH(double, incline);
+        QFETCH(bool, found);
+        // A peak of ten steep samples on each side, then an incline of so many counts per sample downward.
+        TDoubleVector complex(250);
+        for (int i = 0; i < complex.size(); ++i) {
+            const int distance = std::abs(i - 112);
+            complex[i] = 1000.0 - 100.0 * std::min(distance, 10) - incline * std::max(distance - 10, 0);
+        }
+        const auto places = analysed(complex, 250, 112, 250);
+        QCOMPARE(places.qrsOnset(), found ? 112 - 10 : 0);
+        QCOMPARE(places.qrsOffset(), found ? 112 + 10 : 0);
+    }
+
+    void aStricterBorderFarOutsideIsLeftForTheNext()
+    {
+        // An ST segment on an incline of 1.5 %, flat only 140 ms later, where it would be taken for the QRS.
+        TDoubleVector complex(250);
+        for (int i = 0; i < complex.size(); ++i) {
+            const int distance = std::abs(i - 112);
+            complex[i] = 1000.0 - 100.0 * std::min(distance, 10) + 5.0 * std::clamp(i - 122, 0, 35);
+        }
+        QCOMPARE(analysed(complex, 250, 112, 250).qrsOffset(), 122);
+        // As near as this it still counts.
+        for (int i = 0; i < complex.size(); ++i) {
+            const int distance = std::abs(i - 112);
+            complex[i] = 1000.0 - 100.0 * std::min(distance, 10) + 5.0 * std::clamp(i - 122, 0, 6);
+        }
+        QVERIFY(analysed(complex, 250, 112, 250).qrsOffset() > 122);
+    }
+
     void aBorderIsNotSoughtFartherThan240Ms()
     {
         // A saw whose teeth are never flat.
