@@ -93,7 +93,7 @@ private Q_SLOTS:
                                         .arg(block)
                                         .arg(i)
                                         .arg(out[i])
-                                        .arg(expected[i])));
+                                        .arg(expected[i], 0, 'f', 9)));
         }
     }
 
