@@ -54,7 +54,7 @@ int TCommand::argumentCount() const
 std::vector<const TCommand*> allCommands()
 {
     std::vector<const TCommand*> commands;
-    for (const auto table : {studyCommands()}) {
+    for (const auto table : {studyCommands(), wfdbCommands()}) {
         for (const TCommand& command : table)
             commands.push_back(&command);
     }

@@ -46,6 +46,8 @@ struct TCommand
 
 /// The commands on studies, archives and protocols.
 std::span<const TCommand> studyCommands();
+/// The import of WFDB records.
+std::span<const TCommand> wfdbCommands();
 
 std::vector<const TCommand*> allCommands();
 
