@@ -12,9 +12,8 @@ constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 
 std::vector<double> timesOf(const std::vector<TMarkedBeat>& beats)
 {
-    std::vector<double> times;
-    for (const TMarkedBeat& beat : beats)
-        times.push_back(beat.r);
+    std::vector<double> times(beats.size());
+    std::transform(beats.begin(), beats.end(), times.begin(), [](const TMarkedBeat& beat) { return beat.r; });
     return times;
 }
 
