@@ -52,6 +52,9 @@ std::span<const TCommand> signalCommands();
 /// The commands that measure recordings.
 std::span<const TCommand> analysisCommands();
 
+/// The import of WFDB records.
+std::span<const TCommand> wfdbCommands();
+
 std::vector<const TCommand*> allCommands();
 
 /// Null if there is no such command.

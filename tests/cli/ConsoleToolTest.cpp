@@ -1,3 +1,4 @@
+#include "cli/ConsoleTool.h"
 #include "study/StoreFolder.h"
 #include "study/StudyDocument.h"
 #include "study/TBeatFile.h"
@@ -6,60 +7,22 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QtTest>
 
 namespace {
 
-struct TResult
-{
-    int status = -1; ///< -1 for a tool that crashed or was killed
-    QByteArray output;
-    QByteArray error;
-
-    QList<QJsonObject> lines() const
-    {
-        QList<QJsonObject> objects;
-        for (const QByteArray& line : output.split('\n')) {
-            if (!line.isEmpty())
-                objects << QJsonDocument::fromJson(line).object();
-        }
-        return objects;
-    }
-};
-
-TResult runTool(const QStringList& words, const QString& home = QString())
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (!home.isEmpty())
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), home);
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(VELANTOR_CLI), words);
-    process.waitForFinished(60000);
-    TResult result{process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-                   process.readAllStandardOutput(), process.readAllStandardError()};
-    return result;
-}
-
-/// One plain line.
-bool isErrorLine(const QByteArray& text)
-{
-    return text.size() > 1 && text.count('\n') == 1 && text.endsWith('\n') && !text.startsWith(' ');
-}
-
 QJsonObject object(const QByteArray& json)
 {
     return QJsonDocument::fromJson(json).object();
 }
 
-const QStringList commandNames{QStringLiteral("list"),    QStringLiteral("show"),
-                               QStringLiteral("samples"), QStringLiteral("export"),
-                               QStringLiteral("import"),  QStringLiteral("protocols"),
-                               QStringLiteral("delete"),  QStringLiteral("archives"),
-                               QStringLiteral("rebuild"), QStringLiteral("filter")};
+const QStringList commandNames{
+    QStringLiteral("list"),   QStringLiteral("show"),       QStringLiteral("samples"),
+    QStringLiteral("export"), QStringLiteral("import"),     QStringLiteral("protocols"),
+    QStringLiteral("delete"), QStringLiteral("archives"),   QStringLiteral("rebuild"),
+    QStringLiteral("filter"), QStringLiteral("import-wfdb")};
 
 } // namespace
 
