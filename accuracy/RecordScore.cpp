@@ -31,23 +31,23 @@ TLeadReferences readLeads(const TRecordPlace& record, double frequency)
     return references;
 }
 
-/// The beats of the channel of that lead; empty if there is none.
-std::vector<TMarkedBeat> findLead(const TRecordFindings& findings, const QString& ending)
+/// The place of the channel of that lead.
+std::optional<std::size_t> findLead(const std::vector<QByteArray>& names, const QString& ending)
 {
-    const QByteArray name = canonicalLeadName(ending.toLatin1());
-    const auto found = std::find(findings.leadNames.begin(), findings.leadNames.end(), name);
-    if (found == findings.leadNames.end())
-        return {};
-    return findings.leads[static_cast<std::size_t>(found - findings.leadNames.begin())];
+    const auto found = std::find(names.begin(), names.end(), canonicalLeadName(ending.toLatin1()));
+    return found != names.end() ? std::optional(static_cast<std::size_t>(found - names.begin()))
+                                : std::nullopt;
 }
 
 void scoreLeads(const TRecordPlace& record, const TLeadReferences& references,
                 const TRecordFindings& findings, TReport& report)
 {
     TMarkScores scores;
-    for (std::size_t i = 0; i < references.leads.size(); ++i)
-        scores +=
-            scoreMarks(references.leads[i], {findLead(findings, references.endings[static_cast<int>(i)])});
+    for (std::size_t i = 0; i < references.leads.size(); ++i) {
+        const auto lead = findLead(findings.leadNames, references.endings[static_cast<int>(i)]);
+        const std::vector<TMarkedBeat> none;
+        scores += scoreMarks(references.leads[i], {lead ? findings.leads[*lead] : none});
+    }
     report.addMarks(record.set, record.name, scores);
 }
 
@@ -69,6 +69,75 @@ void scoreRecord(const TRecordPlace& record, const TRecordFindings& findings, TR
     }
     if (!references.leads.empty())
         scoreLeads(record, references, findings, report);
+}
+
+namespace {
+
+double medianOf(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The medians of the marks of those beats that were averaged, relative to their R in the average.
+TMarkedBeat medianBeat(const std::vector<TMarkedBeat>& reference, const std::vector<double>& averaged)
+{
+    std::vector<double> r;
+    for (const TMarkedBeat& beat : reference)
+        r.push_back(beat.r);
+    const std::vector<int> places = matchBeats(r, averaged);
+    TMarkedBeat result;
+    for (int mark = 0; mark < markCount; ++mark) {
+        std::vector<double> distances;
+        for (std::size_t i = 0; i < reference.size(); ++i) {
+            if (places[i] >= 0 && reference[i].marks[mark])
+                distances.push_back(*reference[i].marks[mark] - averaged[places[i]]);
+        }
+        if (!distances.empty())
+            result.marks[mark] = medianOf(distances);
+    }
+    return result;
+}
+
+} // namespace
+
+std::optional<double> endOfMarkedWaves(const TRecordPlace& record)
+{
+    const double frequency = record.frequency();
+    std::vector<std::vector<TMarkedBeat>> lists = readLeads(record, frequency).leads;
+    if (record.hasAnnotations(waveEnding))
+        lists.push_back(readMarks(record.annotations(waveEnding), frequency));
+    std::optional<double> end;
+    for (const std::vector<TMarkedBeat>& list : lists) {
+        if (!list.empty())
+            end = std::max(end.value_or(0.0), list.back().r + matchWindow);
+    }
+    return end;
+}
+
+void scoreAverage(const TRecordPlace& record, const TAverageFindings& findings, TReport& report)
+{
+    const double frequency = record.frequency();
+    const QByteArray set = record.set + ", average beat";
+    if (record.hasAnnotations(waveEnding)) {
+        const auto waves = readMarks(record.annotations(waveEnding), frequency);
+        std::vector<std::vector<TMarkedBeat>> leads;
+        for (const TMarkedBeat& lead : findings.leads)
+            leads.push_back({lead});
+        report.addMarks(set, record.name, scoreMarks({medianBeat(waves, findings.beats)}, leads));
+    }
+    const TLeadReferences references = readLeads(record, frequency);
+    if (references.leads.empty())
+        return;
+    TMarkScores scores;
+    for (std::size_t i = 0; i < references.leads.size(); ++i) {
+        const auto lead = findLead(findings.leadNames, references.endings[static_cast<int>(i)]);
+        if (lead)
+            scores +=
+                scoreMarks({medianBeat(references.leads[i], findings.beats)}, {{findings.leads[*lead]}});
+    }
+    report.addMarks(set, record.name, scores);
 }
 
 } // namespace accuracy
