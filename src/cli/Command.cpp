@@ -72,7 +72,7 @@ const TCommand* findCommand(const QString& name)
 
 TCommandWords parseCommandWords(const TCommand& command, const QStringList& words)
 {
-    const TCommandWords parsed = parseCommandWords(command.options, words);
+    TCommandWords parsed = parseCommandWords(command.options, words);
     if (parsed.arguments.size() != command.argumentCount())
         throw TUsageError(QStringLiteral("Usage: velantor-cli ") +
                           describeCall(command).join(QLatin1Char(' ')));

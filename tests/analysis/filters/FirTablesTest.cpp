@@ -128,7 +128,7 @@ private Q_SLOTS:
         }
     }
 
-    void theHighPassBeginsAsStatedAndPassesTheHeart()
+    void theHighPassBeginsSmoothlyAndPassesTheHeart()
     {
         const TTable& table = *velantor::highPassTable(500);
         QVERIFY(std::abs(table[1] - -6.0646e-05) < exact);

@@ -32,9 +32,9 @@ BASELINE = {500: ([0.987761389276826, -3.951045557107303, 5.926568335660954, -3.
 
 def tables():
     path = HERE.parents[2] / "scripts" / "design-filters.py"
-    spec = importlib.util.spec_from_file_location("design_filters", path)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    description = importlib.util.spec_from_file_location("design_filters", path)
+    module = importlib.util.module_from_spec(description)
+    description.loader.exec_module(module)
     found = {name: module.unfold(half, n) for group in module.design_all().values() for name, n, half in group}
     found["baseline250"][0] *= -1
     return found
