@@ -75,6 +75,7 @@ private:
     std::atomic<bool> m_stopRequested = false;
     std::atomic<bool> m_commitRequested = false;
     std::atomic<bool> m_ending = false;
+    std::atomic<bool> m_ended = false;
 
     /// Guards the committed values, which go out as one set, and the sleep of `pause`.
     std::mutex m_mutex;

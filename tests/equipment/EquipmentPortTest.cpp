@@ -1,8 +1,8 @@
 #include "equipment/EquipmentFactory.h"
-#include "equipment/ServedDevice.h"
 #include "equipment/TKipnetTreadmill.h"
 #include "equipment/TOlmoErgometer.h"
 #include "support/PseudoTerminal.h"
+#include "support/ServedDevice.h"
 
 #include <QtTest>
 

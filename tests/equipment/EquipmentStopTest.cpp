@@ -1,4 +1,4 @@
-#include "equipment/KipnetSession.h"
+#include "KipnetSession.h"
 #include "equipment/TOlmoErgometer.h"
 #include "simulators/TErgometerSimulator.h"
 

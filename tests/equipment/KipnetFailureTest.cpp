@@ -1,5 +1,5 @@
-#include "equipment/DebugTexts.h"
-#include "equipment/KipnetSession.h"
+#include "DebugTexts.h"
+#include "KipnetSession.h"
 
 #include <QtTest>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "equipment/ServedDevice.h"
 #include "equipment/TKipnetTreadmill.h"
 #include "simulators/TTreadmillSimulator.h"
+#include "support/ServedDevice.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "equipment/KipnetSession.h"
+#include "KipnetSession.h"
 
 #include <QtTest>
 

@@ -1,7 +1,7 @@
-#include "equipment/DebugTexts.h"
-#include "equipment/ServedDevice.h"
+#include "DebugTexts.h"
 #include "equipment/TOlmoErgometer.h"
 #include "simulators/TErgometerSimulator.h"
+#include "support/ServedDevice.h"
 
 #include <QtTest>
 

@@ -1,7 +1,7 @@
-#include "equipment/ServedDevice.h"
 #include "platform/CommPort.h"
 #include "simulators/TErgometerSimulator.h"
 #include "simulators/TTreadmillSimulator.h"
+#include "support/ServedDevice.h"
 
 #include <QtTest>
 
