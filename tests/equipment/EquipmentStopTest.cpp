@@ -31,7 +31,7 @@ struct TSituation
     std::size_t received = 0;
     int msBefore = 0; ///< a moment for the first turn to go by
     bool isCommitted = true;
-    bool isStopped = false; ///< before it came there, too
+    bool isStopped = false; ///< the stop is what it is at
 };
 
 qint64 msOf(const std::function<void()>& action)
@@ -97,7 +97,8 @@ void EquipmentStopTest::aTreadmillIsStoppedBeforeItsDriverEnds()
     QThread::msleep(static_cast<unsigned long>(situation.msBefore));
 
     const qint64 ms = msOf([&] {
-        session.driver->stop();
+        if (!situation.isStopped)
+            session.driver->stop();
         session.driver.reset();
     });
     QVERIFY2(ms < soonMs, qPrintable(QString::number(ms)));
