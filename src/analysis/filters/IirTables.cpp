@@ -31,8 +31,10 @@ const TIirTable* velantor::baselineRecursion(int samplingRate)
         {{0.987761389276826, -3.951045557107303, 5.926568335660954, -3.951045557107303, 0.987761389276826},
          {3.975371912560921, -5.926418555965424, 3.926719197756786, -0.975672562146085}},
         3000};
-    static const TIirTable at1000{
-        {{0.997131, -2.991393, 2.991393, -0.997131}, {2.994254, -2.988525, 0.994271}}, 3000};
+    // Of order 3 by design, with numerator 0.997131 (1 - z^-1)^3 and denominator (1 - z^-1) (1 - 1.994254
+    // z^-1 + 0.994271 z^-2). Without the common factor the response is the same, but a block that starts from
+    // rest keeps no constant from it.
+    static const TIirTable at1000{{{0.997131, -1.994262, 0.997131}, {1.994254, -0.994271}}, 3000};
     if (samplingRate == 500)
         return &at500;
     return samplingRate == 1000 ? &at1000 : nullptr;

@@ -167,7 +167,29 @@ private Q_SLOTS:
         QCOMPARE(notchRecursion(500)->coefficients.a.size(), std::size_t(4));
         QCOMPARE(notchRecursion(1000)->coefficients.a.size(), std::size_t(4));
         QCOMPARE(baselineRecursion(500)->coefficients.a.size(), std::size_t(4));
-        QCOMPARE(baselineRecursion(1000)->coefficients.a.size(), std::size_t(3));
+        QCOMPARE(baselineRecursion(1000)->coefficients.a.size(), std::size_t(2));
+    }
+
+    void theBaselineFilterAt1000IsThatOfOrderThreeWithoutItsCommonFactor()
+    {
+        const TIirCoefficients& reduced = velantor::baselineRecursion(1000)->coefficients;
+        const auto timesOneMinusDelay = [](std::vector<double> row) {
+            row.push_back(0.0);
+            for (std::size_t i = row.size() - 1; i > 0; --i)
+                row[i] -= row[i - 1];
+            return row;
+        };
+        std::vector<double> denominator{1.0};
+        for (const double a : reduced.a)
+            denominator.push_back(-a);
+        const std::vector<double> b{0.997131, -2.991393, 2.991393, -0.997131};
+        const std::vector<double> a{1.0, -2.994254, 2.988525, -0.994271};
+        const std::vector<double> numerator = timesOneMinusDelay(reduced.b);
+        denominator = timesOneMinusDelay(denominator);
+        for (std::size_t i = 0; i < b.size(); ++i) {
+            QVERIFY(std::abs(numerator[i] - b[i]) < 1e-12);
+            QVERIFY(std::abs(denominator[i] - a[i]) < 1e-12);
+        }
     }
 
     void halfThePowerPassesWhereItShould()
