@@ -12,6 +12,13 @@ TEquipmentThread::TEquipmentThread(std::string port, const TCommSettings& settin
 
 TEquipmentThread::~TEquipmentThread() = default;
 
+void TEquipmentThread::requestStop()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_stopRequested = true;
+    m_commitRequested = false;
+}
+
 void TEquipmentThread::requestCommit(const TEquipmentValues& values)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

@@ -22,7 +22,9 @@ public:
 
     // Any thread. What was asked for twice before its turn is done once.
     void requestStart() { m_startRequested = true; }
-    void requestStop() { m_stopRequested = true; }
+    /// What was committed before and has not gone out is void: a load after the stop would set the device
+    /// going again.
+    void requestStop();
     void requestCommit(const TEquipmentValues& values);
 
     /// Cuts short what the thread waits for and waits for its end.

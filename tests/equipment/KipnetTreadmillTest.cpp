@@ -37,7 +37,7 @@ private Q_SLOTS:
     void whatIsNoNumberOrHasNoNameChangesNothing();
     void commitsThatWaitMerge();
     void valuesGoOutAsTheyWereCommitted();
-    void aStopGoesBeforeACommit();
+    void aStopVoidsWhatWasCommittedBefore();
     void theDriverIsAlwaysWell();
     void theLogTellsWhatWasSent();
     void theLogIsAppendedTo();
@@ -157,7 +157,7 @@ void KipnetTreadmillTest::valuesGoOutAsTheyWereCommitted()
     QVERIFY(session.treadmill.isTold(";2V000072: ;2GO00: ;2V005077: ;2E010056: ;2V040076: ;2E010056:"));
 }
 
-void KipnetTreadmillTest::aStopGoesBeforeACommit()
+void KipnetTreadmillTest::aStopVoidsWhatWasCommittedBefore()
 {
     TKipnetSession session(slowFirstAnswer());
     session.driver->setValue("speed", 0.0);
@@ -166,6 +166,8 @@ void KipnetTreadmillTest::aStopGoesBeforeACommit()
     session.driver->commit();
     session.driver->stop();
     session.driver->start();
+    QVERIFY(session.treadmill.isTold(";2V000072: ;2ST17:"));
+    session.driver->commit();
     QVERIFY(session.treadmill.isTold(";2V000072: ;2ST17: ;2V000072:"));
 }
 

@@ -53,7 +53,7 @@ private Q_SLOTS:
     void noLoadToNoLoadSendsNothing();
     void aLoadIsWholeWatts();
     void commitsThatWaitMerge();
-    void aStartGoesBeforeAStopAndAStopBeforeACommit();
+    void aStartGoesBeforeAStopWhichVoidsWhatWasCommitted();
     void theStepsHaveTheirPauses();
     void theStartUpTakesItsTime();
     void aSilentDeviceIsGoneOnWith();
@@ -134,7 +134,7 @@ void OlmoErgometerTest::commitsThatWaitMerge()
     QVERIFY(session.ergometer.isTold("r c p d 75 a"));
 }
 
-void OlmoErgometerTest::aStartGoesBeforeAStopAndAStopBeforeACommit()
+void OlmoErgometerTest::aStartGoesBeforeAStopWhichVoidsWhatWasCommitted()
 {
     TOlmoTimes times = shortTimes();
     times.startUpPauseMs = 20;
@@ -143,7 +143,9 @@ void OlmoErgometerTest::aStartGoesBeforeAStopAndAStopBeforeACommit()
     session.setLoad(50.0);
     session.driver->stop();
     session.driver->start();
-    QVERIFY(session.ergometer.isTold("r c a r p d 50 a"));
+    QVERIFY(session.ergometer.isTold("r c a r"));
+    session.setLoad(25.0);
+    QVERIFY(session.ergometer.isTold("r c a r p d 25 a"));
 }
 
 void OlmoErgometerTest::theStepsHaveTheirPauses()
