@@ -11,7 +11,7 @@ namespace {
 
 /// Of the clipping test.
 constexpr int manyRuns = 4;
-constexpr double longShare = 0.35;
+constexpr int longPercent = 35; ///< of a second
 constexpr int shortestRun = 2;
 
 struct TRuns
@@ -26,7 +26,10 @@ struct TRuns
         ++count;
         samples += length;
     }
-    bool areMany(int samplingRate) const { return count >= manyRuns || samples > longShare * samplingRate; }
+    bool areMany(int samplingRate) const
+    {
+        return count >= manyRuns || 100LL * samples > static_cast<long long>(longPercent) * samplingRate;
+    }
 };
 
 template <typename IsIn> TRuns countRuns(const double* samples, int n, IsIn isIn)

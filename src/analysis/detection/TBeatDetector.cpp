@@ -6,6 +6,7 @@
 #include "analysis/signals/TSignal.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -20,6 +21,9 @@ constexpr double togetherWindow = 0.075;
 constexpr int fewChannels = 4;
 constexpr int longestWait = 2;
 
+/// A start beyond any recording; what is computed around it still has to fit an int.
+constexpr int latestStart = std::numeric_limits<int>::max() / 2;
+
 } // namespace
 
 TBeatDetector::TBeatDetector() : m_rhythm([this](const TBeat& beat) { emitBeat(beat); }) {}
@@ -28,7 +32,7 @@ void TBeatDetector::reset(TSignal* signal, double startTime, double endTime)
 {
     m_signal = signal;
     m_lag = signal->samplingRate();
-    m_position = std::max(signal->indexOf(startTime), 0);
+    m_position = std::clamp(signal->indexOf(startTime), 0, latestStart);
     m_startTime = startTime;
     m_endTime = endTime;
     m_waitCount = 0;
@@ -47,13 +51,18 @@ void TBeatDetector::clear()
 
 void TBeatDetector::addListener(TBeatListener* listener)
 {
-    if (std::find(m_listeners.begin(), m_listeners.end(), listener) == m_listeners.end())
+    if (listener && !hasListener(listener))
         m_listeners.push_back(listener);
 }
 
 void TBeatDetector::removeListener(TBeatListener* listener)
 {
     std::erase(m_listeners, listener);
+}
+
+bool TBeatDetector::hasListener(const TBeatListener* listener) const
+{
+    return std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
 }
 
 void TBeatDetector::update()
@@ -64,7 +73,6 @@ void TBeatDetector::update()
     if (m_signal->timeOf(m_position) + m_signal->timeOf(m_lag) + shortestUpdate > m_signal->duration() ||
         end <= m_position)
         return;
-    prepare();
     advance(end);
 }
 
@@ -72,10 +80,10 @@ void TBeatDetector::finish()
 {
     if (!m_signal)
         return;
-    prepare();
     const int end = lastPosition();
     if (end > m_position + m_lag)
         advance(end - m_lag);
+    prepare(m_signal->sampleCount());
     for (int channel = 0; channel < m_signal->channelCount(); ++channel) {
         m_candidates.clear();
         finishChannel(channel, m_position, std::max(end, m_position), m_candidates);
@@ -105,6 +113,8 @@ void TBeatDetector::advance(int end)
 
 void TBeatDetector::detectStep(int to)
 {
+    // The lag, and as much again for a recording that has ended, where the step may end closer to its end.
+    prepare(to + 2 * m_lag);
     for (int channel = 0; channel < m_signal->channelCount(); ++channel) {
         m_candidates.clear();
         detectChannel(channel, m_position, to, m_candidates);
@@ -230,8 +240,10 @@ void TBeatDetector::emitBeat(const TBeat& beat)
     TBeat stored = beat;
     if (m_beatStore)
         stored.setIndex(m_beatStore->add(beat));
-    // A listener may leave while it is told.
+    // Listeners may come and go while they are told.
     const std::vector<TBeatListener*> listeners = m_listeners;
-    for (TBeatListener* listener : listeners)
-        listener->beatFound(stored);
+    for (TBeatListener* listener : listeners) {
+        if (hasListener(listener))
+            listener->beatFound(stored);
+    }
 }

@@ -4,6 +4,8 @@
 #include "analysis/detection/TBeatListener.h"
 #include "analysis/detection/TRhythmJudge.h"
 
+#include <QtGlobal>
+
 #include <deque>
 #include <vector>
 
@@ -36,7 +38,8 @@ public:
 
     /// Borrowed; gets a copy of each beat. Null for none.
     void setBeatStore(TBeatStore* store) { m_beatStore = store; }
-    /// Listeners are borrowed and told in the order of their coming.
+    /// Listeners are borrowed and told in the order of their coming. One that comes while they are told is
+    /// told from the next beat on, one that goes is not told any more.
     void addListener(TBeatListener* listener);
     void removeListener(TBeatListener* listener);
 
@@ -49,8 +52,9 @@ public:
 protected:
     TBeatDetector();
 
-    /// Does for `detectChannel` what all channels share, before it is called for new samples.
-    virtual void prepare() {}
+    /// Does for `detectChannel` what all channels share, before it is called: on the samples before `end`, as
+    /// far as the signal has them.
+    virtual void prepare(int end) { Q_UNUSED(end) }
     /// Last position up to which a recording that has ended can be searched.
     virtual int lastPosition() const;
     virtual int finishChannel(int channel, int from, int to, std::vector<TChannelBeat>& out);
@@ -58,6 +62,7 @@ protected:
 private:
     using TQueue = std::deque<TChannelBeat>;
 
+    bool hasListener(const TBeatListener* listener) const;
     void advance(int end);
     void detectStep(int to);
     void queueCandidates(int channel, const std::vector<TChannelBeat>& candidates);

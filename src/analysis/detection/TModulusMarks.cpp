@@ -135,10 +135,14 @@ void TModulusMarks::clearRedundant(int limit)
             continue;
         bool isSmaller = false;
         visitRivals(i, reach, [&](const TMark& other) { isSmaller |= other.size > mark.size; });
-        if (isSmaller)
+        if (isSmaller) {
             mark.size = 0.0;
-        else
-            visitRivals(i, reach, [](TMark& other) { other.size = 0.0; });
+            continue;
+        }
+        visitRivals(i, reach, [limit](TMark& other) {
+            if (other.position < limit)
+                other.size = 0.0;
+        });
     }
     std::erase_if(m_marks, [](const TMark& mark) { return mark.size == 0.0; });
 }

@@ -12,8 +12,9 @@ int TRrAverager::filledCount() const
 void TRrAverager::put(double rr)
 {
     const int filled = filledCount();
-    // Empty slots are 0 and add nothing.
-    m_value = filled > 0 ? std::accumulate(m_slots.begin(), m_slots.end(), 0.0) / filled : 0.0;
+    const double sum = std::accumulate(m_slots.begin(), m_slots.end(), 0.0,
+                                       [](double s, double slot) { return s + std::max(slot, 0.0); });
+    m_value = filled > 0 ? sum / filled : 0.0;
     m_slots[m_next] = rr;
     m_next = (m_next + 1) % slotCount;
 }

@@ -31,14 +31,14 @@ void TWaveletBeatDetector::clear()
     m_transform.reset();
 }
 
-void TWaveletBeatDetector::prepare()
+void TWaveletBeatDetector::prepare(int end)
 {
-    m_transform->run();
+    m_transform->run(end);
 }
 
 int TWaveletBeatDetector::lastPosition() const
 {
-    return m_transform->end();
+    return m_transform->endFor(signal()->sampleCount());
 }
 
 int TWaveletBeatDetector::detectChannel(int channel, int from, int to, std::vector<TChannelBeat>& out)

@@ -25,7 +25,7 @@ public:
     void setCandidateObserver(TCandidateObserver observer) { m_observer = std::move(observer); }
 
 protected:
-    void prepare() override;
+    void prepare(int end) override;
     int lastPosition() const override;
     int finishChannel(int channel, int from, int to, std::vector<TChannelBeat>& out) override;
 

@@ -3,7 +3,6 @@
 #include "analysis/delineation/QuadraticSplineWavelet.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace {
 
@@ -27,21 +26,21 @@ TWaveletTransform::TWaveletTransform(TSignal* signal, int position) : m_origin(s
     for (int scale = 1; scale <= TWaveletSpan::scaleCount; ++scale) {
         const TDoubleVector taps = velantor::waveletFilter(scale);
         const int delay = taps.size() / 2;
-        const int firstKnown = taps.size() - 1 - delay;
         TScale& s = m_scales[scale - 1];
+        s.firstKnown = taps.size() - 1 - delay;
         s.output = std::make_unique<TDoubleSignal>(signal->blockSize(), capacityFor(*signal),
                                                    signal->channelCount(), signal->samplingRate());
-        appendZeros(*s.output, firstKnown);
+        appendZeros(*s.output, s.firstKnown);
         s.stream = std::make_unique<TFirStreamDouble>(taps.values(), delay);
-        s.stream->attach(signal, m_origin + firstKnown);
+        s.stream->attach(signal, m_origin + s.firstKnown);
         s.stream->setSink(s.output.get());
     }
 }
 
-void TWaveletTransform::run()
+void TWaveletTransform::run(int end)
 {
     for (TScale& scale : m_scales)
-        scale.stream->run();
+        scale.stream->runTo(end);
 }
 
 int TWaveletTransform::end() const
@@ -49,6 +48,14 @@ int TWaveletTransform::end() const
     int end = std::numeric_limits<int>::max();
     for (const TScale& scale : m_scales)
         end = std::min(end, scale.output->sampleCount());
+    return m_origin + end;
+}
+
+int TWaveletTransform::endFor(int sampleCount) const
+{
+    int end = std::numeric_limits<int>::max();
+    for (const TScale& scale : m_scales)
+        end = std::min(end, std::max(scale.firstKnown, sampleCount - m_origin - scale.stream->delay()));
     return m_origin + end;
 }
 
