@@ -1,4 +1,4 @@
-#include "cli/ToolRun.h"
+#include "cli/ConsoleTool.h"
 #include "study/StoreFolder.h"
 #include "study/TEcgFile.h"
 

@@ -1,4 +1,4 @@
-#include "cli/ToolRun.h"
+#include "cli/ConsoleTool.h"
 #include "study/StoreFolder.h"
 #include "study/StudyDocument.h"
 #include "study/TBeatFile.h"
@@ -13,11 +13,16 @@
 
 namespace {
 
-const QStringList commandNames{QStringLiteral("list"),    QStringLiteral("show"),
-                               QStringLiteral("samples"), QStringLiteral("export"),
-                               QStringLiteral("import"),  QStringLiteral("protocols"),
-                               QStringLiteral("delete"),  QStringLiteral("archives"),
-                               QStringLiteral("rebuild"), QStringLiteral("analyse")};
+QJsonObject object(const QByteArray& json)
+{
+    return QJsonDocument::fromJson(json).object();
+}
+
+const QStringList commandNames{
+    QStringLiteral("list"),   QStringLiteral("show"),     QStringLiteral("samples"),
+    QStringLiteral("export"), QStringLiteral("import"),   QStringLiteral("protocols"),
+    QStringLiteral("delete"), QStringLiteral("archives"), QStringLiteral("rebuild"),
+    QStringLiteral("filter"), QStringLiteral("analyse"),  QStringLiteral("import-wfdb")};
 
 } // namespace
 
@@ -190,6 +195,7 @@ private Q_SLOTS:
         const QByteArray unknown = "Study file not found\n";
         QTest::newRow("show") << QStringLiteral("show 1") << unknown;
         QTest::newRow("samples") << QStringLiteral("samples 1 0 0 1") << unknown;
+        QTest::newRow("filter") << QStringLiteral("filter 1 0 0 1") << unknown;
         QTest::newRow("export") << QStringLiteral("export 1 .") << unknown;
         QTest::newRow("delete") << QStringLiteral("delete 1") << unknown;
         QTest::newRow("import") << QStringLiteral("import /dev/null")
@@ -252,6 +258,13 @@ private Q_SLOTS:
                                   "samples 1 0 x 1",
                                   "samples 1 0 0 -1",
                                   "samples 1 0 0 1 1",
+                                  "filter 1 0 0",
+                                  "filter 1 x 0 1",
+                                  "filter 1 0 x 1",
+                                  "filter 1 0 0 -1",
+                                  "filter 1 0 0 1 --loud",
+                                  "filter 1 0 0 1 --notch --notch",
+                                  "samples 1 0 0 1 --notch",
                                   "protocols x",
                                   "import",
                                   "import a b",
@@ -310,6 +323,7 @@ private Q_SLOTS:
         QTest::newRow("list") << QStringLiteral("list");
         QTest::newRow("show") << QStringLiteral("show ID");
         QTest::newRow("many samples") << QStringLiteral("samples ID 1 0 1000000");
+        QTest::newRow("filter") << QStringLiteral("filter ID 1 0 1000000");
         QTest::newRow("protocols") << QStringLiteral("protocols");
         QTest::newRow("help") << QStringLiteral("--help");
         QTest::newRow("version") << QStringLiteral("--version");

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace {
 
@@ -67,6 +66,19 @@ std::vector<fir::TTap> tapsOf(const std::vector<double>& coefficients)
     return taps;
 }
 
+/// Only where the whole filter lies within the samples: its run-in from zero would be a step on any offset.
+std::vector<double> smoothedAround(TSignal& signal, int channel, double t)
+{
+    static const std::vector<fir::TTap> taps = tapsOf(velantor::smoothing25());
+    std::vector<double> samples = readAround(signal, channel, t - 2.0, 3.0);
+    if (samples.size() < taps.size())
+        return {};
+    std::vector<double> smoothed(samples.size() - taps.size() + 1);
+    samples.resize(samples.size() + fir::padding);
+    fir::sum(taps, samples.data(), static_cast<int>(smoothed.size()), smoothed.data());
+    return smoothed;
+}
+
 } // namespace
 
 namespace quality {
@@ -92,15 +104,9 @@ double flatLimit(int resolutionBits)
 
 double smoothedSpan(TSignal& signal, int channel, double t)
 {
-    static const std::vector<fir::TTap> taps = tapsOf(velantor::smoothing25());
-    std::vector<double> samples = readAround(signal, channel, t - 2.0, 3.0);
-    // Only where the whole filter lies within: its run-in from zero would be a step on any offset.
-    const int count = static_cast<int>(samples.size() - taps.size()) + 1;
-    if (samples.size() < taps.size())
+    const std::vector<double> smoothed = smoothedAround(signal, channel, t);
+    if (smoothed.empty())
         return 0.0;
-    samples.resize(samples.size() + fir::padding);
-    std::vector<double> smoothed(count);
-    fir::sum(taps, samples.data(), count, smoothed.data());
     const auto [least, greatest] = std::minmax_element(smoothed.begin(), smoothed.end());
     return *greatest - *least;
 }

@@ -12,7 +12,9 @@ namespace {
 
 /// Seconds.
 constexpr double shortestUpdate = 0.2;
-constexpr double longestStep = 10.0;
+/// Far below what the marks reach back: with longer steps the thresholds, which look at the last 4 s of a
+/// step, would not be those of its beginning.
+constexpr double longestStep = 2.0;
 constexpr double shortestRR = 0.2;
 constexpr double pendingReach = 0.15;
 constexpr double togetherWindow = 0.075;

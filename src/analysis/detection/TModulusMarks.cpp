@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace {
 
@@ -21,38 +22,52 @@ bool isBefore(const TModulusMarks::TMark& mark, int position)
     return mark.position < position;
 }
 
+/// Positions in [`from`, `to`) where a scale reaches its threshold and is a local extreme at one of the lags.
+std::vector<int> maximaOf(const TWaveletSpan& wavelet, const TWaveletThresholds& thresholds, int scale,
+                          std::initializer_list<int> lags, int from, int to)
+{
+    std::vector<int> positions;
+    const int end = std::min(to, wavelet.end());
+    for (int i = std::max(from, wavelet.begin()); i < end; ++i) {
+        const double value = wavelet.value(scale, i);
+        if (value == 0.0 || std::abs(value) < thresholds[scale])
+            continue;
+        if (std::any_of(lags.begin(), lags.end(), [&](int lag) { return wavelet.isExtreme(scale, i, lag); }))
+            positions.push_back(i);
+    }
+    return positions;
+}
+
+/// Those of the positions that lie no more than `reach` from `center`.
+std::span<const int> within(const std::vector<int>& positions, int center, int reach)
+{
+    const auto first = std::lower_bound(positions.begin(), positions.end(), center - reach);
+    const auto last = std::upper_bound(first, positions.end(), center + reach);
+    return {first, last};
+}
+
 } // namespace
 
 void TModulusMarks::enter(const TWaveletSpan& wavelet, const TWaveletThresholds& thresholds, int from, int to)
 {
-    for (int i = from; i < to; ++i) {
-        if (std::abs(wavelet.value(coarsest, i)) >= thresholds[coarsest] && wavelet.isExtreme(coarsest, i, 2))
-            followToFiner(wavelet, thresholds, i);
-    }
-}
-
-void TModulusMarks::followToFiner(const TWaveletSpan& wavelet, const TWaveletThresholds& thresholds, int i)
-{
     const int reach = velantor::truncated<int>(searchWindow * m_rate);
-    const int sign = signOf(wavelet.value(coarsest, i));
-    for (int j = i - reach; j <= i + reach; ++j) {
-        const double value = wavelet.value(middle, j);
-        if (signOf(value) == sign && std::abs(value) >= thresholds[middle] &&
-            (wavelet.isExtreme(middle, j, 2) || wavelet.isExtreme(middle, j, 3)))
-            followToFinest(wavelet, thresholds, j, sign);
-    }
-}
-
-void TModulusMarks::followToFinest(const TWaveletSpan& wavelet, const TWaveletThresholds& thresholds, int j,
-                                   int sign)
-{
-    const int reach = velantor::truncated<int>(searchWindow * m_rate);
-    for (int k = j - reach; k <= j + reach; ++k) {
-        const double value = wavelet.value(finest, k);
-        if (sign != 0 && signOf(value) == sign && std::abs(value) >= thresholds[finest] &&
-            (wavelet.isExtreme(finest, k, 2) || wavelet.isExtreme(finest, k, 3) ||
-             wavelet.isExtreme(finest, k, 4)))
-            insert({k, sign, std::abs(value)});
+    const std::vector<int> coarse = maximaOf(wavelet, thresholds, coarsest, {2}, from, to);
+    if (coarse.empty())
+        return;
+    const std::vector<int> between = maximaOf(wavelet, thresholds, middle, {2, 3}, from - reach, to + reach);
+    const std::vector<int> fine =
+        maximaOf(wavelet, thresholds, finest, {2, 3, 4}, from - 2 * reach, to + 2 * reach);
+    for (const int i : coarse) {
+        const int sign = signOf(wavelet.value(coarsest, i));
+        for (const int j : within(between, i, reach)) {
+            if (signOf(wavelet.value(middle, j)) != sign)
+                continue;
+            for (const int k : within(fine, j, reach)) {
+                const double value = wavelet.value(finest, k);
+                if (signOf(value) == sign)
+                    insert({k, sign, std::abs(value)});
+            }
+        }
     }
 }
 
@@ -95,28 +110,41 @@ void TModulusMarks::clearIsolated(int limit)
     m_marks.swap(kept);
 }
 
+/// Calls `visit` for each other mark of the same sign within `reach` that is not gone.
+template <typename Visit> void TModulusMarks::visitRivals(std::size_t index, double reach, Visit visit)
+{
+    const auto visitIfRival = [&](TMark& other) {
+        if (other.sign == m_marks[index].sign && other.size > 0.0)
+            visit(other);
+    };
+    const int position = m_marks[index].position;
+    for (std::size_t i = index; i-- > 0 && position - m_marks[i].position <= reach;)
+        visitIfRival(m_marks[i]);
+    for (std::size_t i = index + 1; i < m_marks.size() && m_marks[i].position - position <= reach; ++i)
+        visitIfRival(m_marks[i]);
+}
+
 void TModulusMarks::clearRedundant(int limit)
 {
+    // In the order of position, each against those that are still there; a size of 0 says that a mark is
+    // gone.
     const double reach = redundancyWindow * m_rate;
-    for (std::size_t i = 0; i < m_marks.size() && m_marks[i].position < limit;) {
-        const TMark mark = m_marks[i];
-        const auto isNear = [&](const TMark& other) {
-            return other.sign == mark.sign && other.position != mark.position &&
-                   std::abs(other.position - mark.position) <= reach;
-        };
-        const bool isSmaller = std::any_of(m_marks.begin(), m_marks.end(), [&](const TMark& other) {
-            return isNear(other) && other.size > mark.size;
-        });
+    for (std::size_t i = 0; i < m_marks.size() && m_marks[i].position < limit; ++i) {
+        TMark& mark = m_marks[i];
+        if (mark.size == 0.0)
+            continue;
+        bool isSmaller = false;
+        visitRivals(i, reach, [&](const TMark& other) { isSmaller |= other.size > mark.size; });
         if (isSmaller) {
-            m_marks.erase(m_marks.begin() + static_cast<std::ptrdiff_t>(i));
+            mark.size = 0.0;
             continue;
         }
-        std::erase_if(m_marks, [&](const TMark& other) { return other.position < limit && isNear(other); });
-        const auto place =
-            std::upper_bound(m_marks.begin(), m_marks.end(), mark.position,
-                             [](int position, const TMark& m) { return position < m.position; });
-        i = static_cast<std::size_t>(place - m_marks.begin());
+        visitRivals(i, reach, [limit](TMark& other) {
+            if (other.position < limit)
+                other.size = 0.0;
+        });
     }
+    std::erase_if(m_marks, [](const TMark& mark) { return mark.size == 0.0; });
 }
 
 void TModulusMarks::forgetBefore(int position)

@@ -44,12 +44,11 @@ public:
     static constexpr double redundancyWindow = 0.2;
 
 private:
-    void followToFiner(const TWaveletSpan& wavelet, const TWaveletThresholds& thresholds, int i);
-    void followToFinest(const TWaveletSpan& wavelet, const TWaveletThresholds& thresholds, int j, int sign);
     void insert(TMark mark);
     bool hasPartner(std::size_t index) const;
     void clearIsolated(int limit);
     void clearRedundant(int limit);
+    template <typename Visit> void visitRivals(std::size_t index, double reach, Visit visit);
 
     int m_rate;
     std::vector<TMark> m_marks;

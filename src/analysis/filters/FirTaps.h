@@ -12,6 +12,16 @@ template <int taps> struct THalfTable
     std::array<double, (taps + 1) / 2> half;
 };
 
+extern const THalfTable<1501> highPass500;
+extern const THalfTable<109> notch50At250;
+extern const THalfTable<195> notch50At500;
+extern const THalfTable<391> notch50At1000;
+extern const THalfTable<109> notch60At250;
+extern const THalfTable<195> notch60At500;
+extern const THalfTable<391> notch60At1000;
+extern const THalfTable<382> baseline250;
+extern const THalfTable<501> baseline500;
+extern const THalfTable<1355> baseline1000;
 extern const THalfTable<51> smoothing51;
 extern const THalfTable<29> decimation29;
 extern const THalfTable<62> muscle250;

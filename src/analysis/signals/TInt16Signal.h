@@ -24,6 +24,7 @@ public:
     void addPerChannelDouble(const double* const* data, int n) override;
 
     bool readsByBlock() const override { return false; }
+    int oldestSample() const override { return m_rings.oldest(sampleCount()); }
 
 private:
     /// `sampleOf(channel, frame)` gives the samples.

@@ -17,6 +17,7 @@ public:
     }
 
     int capacity() const { return m_capacity; }
+    int oldest(int sampleCount) const { return std::max(sampleCount - m_capacity, 0); }
 
     bool holds(qint64 index, int sampleCount) const
     {
@@ -76,7 +77,6 @@ private:
 
     static_assert(sizeof(Sample) <= 64);
 
-    qint64 oldest(int sampleCount) const { return std::max(sampleCount - m_capacity, 0); }
     Sample* row(int channel) { return m_samples.data() + m_rowLength * channel; }
     const Sample* row(int channel) const { return m_samples.data() + m_rowLength * channel; }
 

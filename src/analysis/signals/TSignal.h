@@ -43,6 +43,9 @@ public:
     /// those that `sample` gives. A ring says no, for its blocks leave it while the cache would keep them.
     virtual bool readsByBlock() const { return true; }
 
+    /// Index of the oldest sample that can still be read: above 0 once a ring has turned.
+    virtual int oldestSample() const { return 0; }
+
     int channelCount() const { return m_channelCount; }
     /// Null out of range.
     TChannel* channel(int index) const;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QStringList>
 
-/// What a run of the tool left behind.
+/// What a run of velantor-cli left. The target defines VELANTOR_CLI, the path of the tool.
 struct TResult
 {
     int status = -1; ///< -1 for a tool that crashed or was killed
@@ -23,7 +25,6 @@ struct TResult
     }
 };
 
-/// Runs the tool with these words; with `home` as the folder of the user's data.
 inline TResult runTool(const QStringList& words, const QString& home = QString())
 {
     QProcess process;
@@ -42,9 +43,4 @@ inline TResult runTool(const QStringList& words, const QString& home = QString()
 inline bool isErrorLine(const QByteArray& text)
 {
     return text.size() > 1 && text.count('\n') == 1 && text.endsWith('\n') && !text.startsWith(' ');
-}
-
-inline QJsonObject object(const QByteArray& json)
-{
-    return QJsonDocument::fromJson(json).object();
 }
