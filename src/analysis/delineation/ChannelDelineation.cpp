@@ -343,7 +343,9 @@ TChannelBeat delineateChannelBeat(const TWaveletSpan& wavelet, const TWaveletThr
 
 int waveEndOf(const TChannelBeat& beat, int samplingRate)
 {
-    const auto after = [&](int position, double seconds) { return toIndex(position + seconds * samplingRate); };
+    const auto after = [&](int position, double seconds) {
+        return toIndex(position + seconds * samplingRate);
+    };
     if (known(beat.tEnd))
         return beat.tEnd;
     if (known(beat.tPeak))
