@@ -94,3 +94,10 @@ bool CommPort::isInterrupted() const
 {
     return m_system->isInterrupted();
 }
+
+void CommPort::resume(int readTimeoutMs, int writeTimeoutMs)
+{
+    m_settings.readTimeoutMs = readTimeoutMs;
+    m_settings.writeTimeoutMs = writeTimeoutMs;
+    m_system->resume();
+}

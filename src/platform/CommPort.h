@@ -83,6 +83,9 @@ public:
     /// again; bytes already fetched and a write that fits at once still go. Any thread.
     void interrupt();
     bool isInterrupted() const;
+    /// Ends an interruption, for last words to the device: what follows may wait again, within these times.
+    /// For the thread that uses the port.
+    void resume(int readTimeoutMs, int writeTimeoutMs);
 
 private:
     class TSystem;

@@ -21,6 +21,7 @@ public:
     bool purgeOutput();
     void interrupt();
     bool isInterrupted() const;
+    void resume();
 
 private:
     struct TState;

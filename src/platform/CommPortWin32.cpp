@@ -225,4 +225,9 @@ bool CommPort::TSystem::isInterrupted() const
     return m_state->interrupted;
 }
 
+void CommPort::TSystem::resume()
+{
+    m_state->clearInterruption();
+}
+
 #endif // _WIN32

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void anInterruptionDuringTheOpeningIsWholeOrNotAtAll();
     void aWaitingWriteIsInterruptedToo();
     void anInterruptedPortStillTakesACommand();
+    void aResumedPortWaitsAgainWithinItsNewTimes();
     void aWriteEndsWithItsTime();
     void inputIsPurged();
     void outputIsPurged();
@@ -310,6 +311,26 @@ void CommPortWaitTest::anInterruptedPortStillTakesACommand()
     port.interrupt();
     QVERIFY(port.write("\2", 1));
     QCOMPARE(line.readAll(1), QByteArray("\2"));
+}
+
+void CommPortWaitTest::aResumedPortWaitsAgainWithinItsNewTimes()
+{
+    TPseudoTerminal line;
+    CommPort port;
+    port.open(line.path(), shortTimes(20000, 20000));
+    port.interrupt();
+    port.resume(100, 100);
+    QVERIFY(!port.isInterrupted());
+    const qint64 readMs = msOf([&] { QCOMPARE(port.readByte(), -1); });
+    QVERIFY2(readMs >= 99 && readMs < 5000, qPrintable(QString::number(readMs)));
+    const QByteArray bytes(1000000, 'x');
+    const qint64 writeMs = msOf([&] { QVERIFY(!port.write(bytes.constData(), bytes.size())); });
+    QVERIFY2(writeMs >= 99 && writeMs < 5000, qPrintable(QString::number(writeMs)));
+    QVERIFY(line.writeAll("x"));
+    QCOMPARE(port.readByte(), int('x'));
+    // It can be interrupted again.
+    port.interrupt();
+    QVERIFY(port.isInterrupted());
 }
 
 void CommPortWaitTest::aWriteEndsWithItsTime()
