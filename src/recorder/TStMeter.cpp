@@ -75,9 +75,7 @@ std::optional<TStValue> TStMeter::measure(TAverageBeat& average, const TSignal& 
 TStValue TStMeter::measureFixed(TAverageBeat& average, const TSignal& signal, int channel)
 {
     const TDoubleVector& complex = average.complex(channel);
-    const auto indexOf = [&](double seconds) {
-        return average.rOffset() + truncated(signal.samplingRate() * seconds);
-    };
+    const auto indexOf = [&](double seconds) { return average.rOffset() + signal.indexOf(seconds); };
     TStPoints& points = m_points.at(channel);
     points = {indexOf(fixedBase), indexOf(fixedJ), indexOf(fixedSt)};
     TStValue value;
