@@ -255,8 +255,9 @@ void TStudyRecorder::recordBeat(const TBeat& beat)
     const double start = m_rawSignal->timeOf(m_startOffset);
     TBeat recorded = beat;
     recorded.addTime(-start);
+    recorded.setIndex(-1);
     if (beat.windowStart() >= start) {
-        m_writer.appendBeat(recorded);
+        recorded.setIndex(m_writer.appendBeat(recorded));
         if (beat.valid())
             updateTrends(recorded);
     }
