@@ -28,7 +28,9 @@ public:
     /// wait for the end of the stage that runs.
     void addBloodPressure(double time, double systolic, double diastolic, int closedStage);
 
-    /// Enters the values of a stage that has ended at its place in the study.
+    /// Forgets what the stage that runs has gathered, and begins the next one.
+    void startStage();
+    /// Enters the values of a stage that has ended at its place in the study, and begins the next one.
     void closeStage(int index, const TProtocolStage& stage);
     /// Enters the maxima over the stages.
     void finish();
@@ -44,7 +46,6 @@ private:
         double slope = 0.0;
     };
 
-    void startStage();
     TResultList& list(const char* name) const;
     TResultList& channelList(const char* pattern, int channel) const;
     void addTrend(const char* name, double time, double value) const;

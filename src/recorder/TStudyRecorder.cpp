@@ -187,6 +187,7 @@ void TStudyRecorder::closeStage(double elapsed)
     if (elapsed < shortestStage && executed.stageCount() > 0) {
         TProtocolStage& last = executed.stage(executed.stageCount() - 1);
         last.setDuration(last.duration() + elapsed);
+        m_trends.startStage();
         return;
     }
     TProtocolStage& stage = executed.addStage(m_stages.stage().phase(), elapsed);

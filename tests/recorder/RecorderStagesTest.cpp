@@ -107,6 +107,23 @@ private Q_SLOTS:
         QCOMPARE(session.list("METSPerStage"), std::vector<double>{1.0});
     }
 
+    void nothingOfAShortStageGoesIntoTheNext()
+    {
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(10.0);
+        session.run(4.0);
+        session.recorder->addBloodPressure(13.5, 150.0, 90.0);
+        QVERIFY(session.recorder->smoothedBpm() > 0.0);
+        session.recorder->nextStage();
+        QCOMPARE(session.recorder->smoothedBpm(), 0.0);
+        session.run(10.0);
+        QCOMPARE(session.stages(), (QList<double>{14.0, 10.0}));
+        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{0.0, 0.0}));
+        QCOMPARE(session.trend("sysBPTrend").count(), 1);
+    }
+
     void recoveryIsReachedFromAnyStage_data()
     {
         QTest::addColumn<int>("from");
