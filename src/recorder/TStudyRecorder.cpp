@@ -114,6 +114,8 @@ void TStudyRecorder::startStudy(const char* studyId)
     m_trends.start(m_study->results(), protocolType(), patientWeight());
     m_state = Running;
     tell([](TRecorderObserver& observer) { observer.studyStarted(); });
+    if (m_state != Running)
+        return;
     m_equipment.start();
     sendFirstLoad();
     m_writer.save();
@@ -212,8 +214,10 @@ void TStudyRecorder::dataCallback(TAcqDriver*)
     if (m_state == Running) {
         m_writer.appendSamples();
         tellWriteFailure();
-        followProtocol();
     }
+    // Whoever heard of a failure may have ended the study.
+    if (m_state == Running)
+        followProtocol();
     tell([](TRecorderObserver& observer) { observer.signalUpdated(); });
 }
 

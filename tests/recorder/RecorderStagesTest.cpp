@@ -299,6 +299,44 @@ private Q_SLOTS:
         QCOMPARE(session.log.last(), QStringLiteral("finished"));
     }
 
+    void whoeverIsToldMayEndTheStudy_data()
+    {
+        QTest::addColumn<QString>("moment");
+        for (const char* moment : {"started", "stage", "beat", "signal", "failed"})
+            QTest::newRow(moment) << QString::fromLatin1(moment);
+    }
+
+    void whoeverIsToldMayEndTheStudy()
+    {
+        QFETCH(QString, moment);
+        FakeEquipment treadmill;
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol, &treadmill);
+        const auto end = [&session] { session.recorder->finishStudy(); };
+        if (moment == QLatin1String("started"))
+            session.observer.onStarted = end;
+        else if (moment == QLatin1String("stage"))
+            session.observer.onStage = end;
+        else if (moment == QLatin1String("beat"))
+            session.observer.onBeat = end;
+        else if (moment == QLatin1String("signal"))
+            session.observer.onSignal = end;
+        else
+            session.observer.onFailed = end;
+        session.start();
+        session.run(5.0);
+        if (moment == QLatin1String("failed"))
+            QVERIFY(QFile::remove(session.folder.ecgFile(session.info.baseFilename)));
+        session.block(2500);
+        session.run(10.0);
+        QVERIFY(!session.recorder->isRecording());
+        QCOMPARE(session.log.count(QStringLiteral("finished")), 1);
+        QCOMPARE(session.log.last(), QStringLiteral("finished"));
+        if (!treadmill.calls.isEmpty())
+            QCOMPARE(treadmill.calls.last(), QStringLiteral("stop"));
+        QCOMPARE(session.study->protocol()->stageCount(), int(session.list("BPMPerStage").size()));
+    }
+
     void observersAreToldInTheirOrderAndLeaveAtAnyTime()
     {
         RecorderSession session;
