@@ -200,7 +200,8 @@ void TStudyRecorder::closeStage(double elapsed)
 
 void TStudyRecorder::addBloodPressure(double time, double systolic, double diastolic)
 {
-    if (m_state != Running)
+    const bool areNumbers = std::isfinite(time) && std::isfinite(systolic) && std::isfinite(diastolic);
+    if (m_state != Running || !areNumbers)
         return;
     const TStressProtocol* const executed = isStaged() ? m_study->protocol() : nullptr;
     m_trends.addBloodPressure(time, systolic, diastolic, executed ? executed->stageAt(time) : -1);

@@ -55,7 +55,7 @@ public:
     void nextStage();
     /// Goes to the first recovery stage that is to come; nothing happens without one.
     void goToRecovery();
-    /// Pressures in mmHg, `time` in seconds of the study. Nothing happens unless it runs.
+    /// Pressures in mmHg, `time` in seconds of the study. Nothing happens unless it runs and all are finite.
     void addBloodPressure(double time, double systolic, double diastolic);
 
     /// Builds the display filters anew and returns the signal to show.

@@ -233,6 +233,24 @@ private Q_SLOTS:
                  160.0 * std::trunc(session.trend("BPMTrend").valueAt(24.0)));
     }
 
+    void aPressureThatIsNoNumberIsPassedOver()
+    {
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        const double infinity = std::numeric_limits<double>::infinity();
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(15.0);
+        session.recorder->addBloodPressure(14.0, 120.0, 80.0);
+        session.recorder->addBloodPressure(14.0, nan, 80.0);
+        session.recorder->addBloodPressure(5.0, 120.0, infinity);
+        session.recorder->addBloodPressure(nan, 130.0, 90.0);
+        session.run(5.0);
+        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{0.0, 120.0}));
+        QCOMPARE(session.list("diaBPPerStage"), (std::vector<double>{0.0, 80.0}));
+        QCOMPARE(session.trend("sysBPTrend").count(), 1);
+    }
+
     void theEquipmentIsLedThroughTheTest()
     {
         FakeEquipment treadmill;
