@@ -70,7 +70,7 @@ private Q_SLOTS:
 
     void itCanBeDestroyedWhileSamplesArrive()
     {
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 5; ++i) {
             RecorderSession session;
             session.recorder->startAcquisition();
             session.start();
