@@ -70,10 +70,7 @@ void TStressTrends::addBloodPressure(double time, double systolic, double diasto
         m_pendingDiastolic = diastolic;
         return;
     }
-    list("sysBPPerStage").setValue(closedStage, systolic);
-    list("diaBPPerStage").setValue(closedStage, diastolic);
-    list("DPPerStage")
-        .setValue(closedStage, stress::doubleProduct(systolic, list("BPMPerStage").value(closedStage)));
+    enterBloodPressure(closedStage, systolic, diastolic);
 }
 
 void TStressTrends::closeStage(int index, const TProtocolStage& stage)
@@ -88,6 +85,20 @@ void TStressTrends::closeStage(int index, const TProtocolStage& stage)
         channelList("STSlopePerStage(%i)", channel).setValue(index, m_stMeans[channel].slope);
     }
     startStage();
+}
+
+void TStressTrends::mergeStage(int index)
+{
+    if (m_pendingSystolic > 0.0 || m_pendingDiastolic > 0.0)
+        enterBloodPressure(index, m_pendingSystolic, m_pendingDiastolic);
+    startStage();
+}
+
+void TStressTrends::enterBloodPressure(int index, double systolic, double diastolic)
+{
+    list("sysBPPerStage").setValue(index, systolic);
+    list("diaBPPerStage").setValue(index, diastolic);
+    list("DPPerStage").setValue(index, stress::doubleProduct(systolic, list("BPMPerStage").value(index)));
 }
 
 void TStressTrends::finish()

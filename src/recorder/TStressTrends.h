@@ -28,10 +28,11 @@ public:
     /// wait for the end of the stage that runs.
     void addBloodPressure(double time, double systolic, double diastolic, int closedStage);
 
-    /// Forgets what the stage that runs has gathered, and begins the next one.
-    void startStage();
     /// Enters the values of a stage that has ended at its place in the study, and begins the next one.
     void closeStage(int index, const TProtocolStage& stage);
+    /// The stage that ran was too short to count: its time and its blood pressure go to the ended stage of
+    /// that index, the rest of it is dropped.
+    void mergeStage(int index);
     /// Enters the maxima over the stages.
     void finish();
 
@@ -46,6 +47,8 @@ private:
         double slope = 0.0;
     };
 
+    void startStage();
+    void enterBloodPressure(int index, double systolic, double diastolic);
     TResultList& list(const char* name) const;
     TResultList& channelList(const char* pattern, int channel) const;
     void addTrend(const char* name, double time, double value) const;

@@ -57,6 +57,8 @@ TStudyRecorder::TStudyRecorder(TAcqDevice* device, Study* study, const TProtocol
 TStudyRecorder::~TStudyRecorder()
 {
     m_driver.stop();
+    // Someone may be on the device.
+    m_equipment.stop();
 }
 
 void TStudyRecorder::addObserver(TRecorderObserver* observer)
@@ -189,13 +191,22 @@ void TStudyRecorder::closeStage(double elapsed)
     if (elapsed < shortestStage && executed.stageCount() > 0) {
         TProtocolStage& last = executed.stage(executed.stageCount() - 1);
         last.setDuration(last.duration() + elapsed);
-        m_trends.startStage();
+        m_trends.mergeStage(executed.stageCount() - 1);
+        m_stageEnds.back() = duration();
         return;
     }
     TProtocolStage& stage = executed.addStage(m_stages.stage().phase(), elapsed);
     stage = m_stages.stage();
     stage.setDuration(elapsed);
     m_trends.closeStage(executed.stageCount() - 1, stage);
+    m_stageEnds.push_back(duration());
+}
+
+/// The ended stage that holds a time of the study; -1 if it lies in the one that runs.
+int TStudyRecorder::endedStageAt(double time) const
+{
+    const auto end = std::upper_bound(m_stageEnds.begin(), m_stageEnds.end(), time);
+    return end == m_stageEnds.end() ? -1 : static_cast<int>(end - m_stageEnds.begin());
 }
 
 void TStudyRecorder::addBloodPressure(double time, double systolic, double diastolic)
@@ -203,8 +214,7 @@ void TStudyRecorder::addBloodPressure(double time, double systolic, double diast
     const bool areNumbers = std::isfinite(time) && std::isfinite(systolic) && std::isfinite(diastolic);
     if (m_state != Running || !areNumbers)
         return;
-    const TStressProtocol* const executed = isStaged() ? m_study->protocol() : nullptr;
-    m_trends.addBloodPressure(time, systolic, diastolic, executed ? executed->stageAt(time) : -1);
+    m_trends.addBloodPressure(time, systolic, diastolic, endedStageAt(time));
 }
 
 void TStudyRecorder::dataCallback(TAcqDriver*)

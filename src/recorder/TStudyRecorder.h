@@ -31,7 +31,8 @@ public:
     /// All are borrowed. `protocol`, with stages or a ramp, and `equipment` may be null. The study has its
     /// files open for recording, with the channels and the rate of the device.
     TStudyRecorder(TAcqDevice* device, Study* study, const TProtocol* protocol, TEquipment* equipment);
-    /// Ends the acquisition; a study that runs is left as it is. Not from inside a call to an observer.
+    /// Ends the acquisition and stops the equipment; a study that runs is left as it is. Not from inside a
+    /// call to an observer.
     ~TStudyRecorder() override;
 
     /// Where the study's document is written, at the start, at each change of stage and at the end. Borrowed;
@@ -105,6 +106,7 @@ private:
     void sendFirstLoad();
     void changeStage(int index);
     void closeStage(double elapsed);
+    int endedStageAt(double time) const;
     bool isStaged() const { return m_staged != nullptr; }
     TProtocolType protocolType() const;
     TProtocolStage presentLoad() const;
@@ -127,6 +129,8 @@ private:
     /// First sample of the study in the raw signal.
     int m_startOffset = 0;
     TStageRun m_stages;
+    /// When the stages that the study holds ended, in seconds of it.
+    std::vector<double> m_stageEnds;
     TStressTrends m_trends;
     TStudyWriter m_writer;
     TEquipmentLink m_equipment;

@@ -120,8 +120,39 @@ private Q_SLOTS:
         QCOMPARE(session.recorder->smoothedBpm(), 0.0);
         session.run(10.0);
         QCOMPARE(session.stages(), (QList<double>{14.0, 10.0}));
-        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{0.0, 0.0}));
+        // Its pressure belongs to the stage that took its time.
+        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{150.0, 0.0}));
+        QCOMPARE(session.list("DPPerStage").at(0), 150.0 * session.list("BPMPerStage").at(0));
         QCOMPARE(session.trend("sysBPTrend").count(), 1);
+    }
+
+    void aPressureKnowsWhenAStageReallyEnded()
+    {
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(7.8);
+        session.recorder->nextStage();
+        session.run(7.8);
+        session.recorder->nextStage();
+        session.run(2.0);
+        // The stages count from whole seconds: 7.8 and 8.6 s long, the second one ended at 15.6 s.
+        session.recorder->addBloodPressure(7.7, 120.0, 70.0);
+        session.recorder->addBloodPressure(15.5, 140.0, 75.0);
+        session.recorder->addBloodPressure(16.0, 160.0, 80.0);
+        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{120.0, 140.0}));
+    }
+
+    void theEquipmentIsStoppedWhenARunningExaminationGoes()
+    {
+        FakeEquipment treadmill;
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol, &treadmill);
+        session.start();
+        session.run(11.0);
+        treadmill.takeCalls();
+        session.recorder.reset();
+        QCOMPARE(treadmill.takeCalls(), QStringLiteral("stop"));
     }
 
     void recoveryIsReachedFromAnyStage_data()
