@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 folders=()
-for folder in src tests benchmarks fuzz simulators; do
+for folder in src tests benchmarks fuzz simulators accuracy; do
     [[ ! -d $folder ]] || folders+=("$folder")
 done
 find "${folders[@]}" -type f \( -name '*.cpp' -o -name '*.h' \) -print0 |

@@ -31,7 +31,7 @@ LINKS = {
 SIMULATOR_LINKS = ["platform", "analysis", "wfdb"]
 WITHOUT_SCREEN = {"base", "platform", "analysis", "wfdb", "study", "acq", "equipment", "recorder", "cli"}
 SCREEN_MODULES = ("QtGui", "QtWidgets", "QtPrintSupport")
-OUR_FOLDERS = ("src", "tests", "benchmarks", "fuzz", "simulators")
+OUR_FOLDERS = ("src", "tests", "benchmarks", "fuzz", "simulators", "accuracy")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 SYSTEM_CONDITION = re.compile(

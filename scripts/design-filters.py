@@ -126,7 +126,7 @@ def all_pass(n):
 
 
 def high_pass500():
-    """All but a low-pass, whose cutoff follows from the middle value; the stated gains come of themselves."""
+    """All but a low-pass, whose cutoff follows from the middle value; the wanted gains come of themselves."""
     middle = 0.998662804
 
     def half(cutoff):
@@ -225,6 +225,55 @@ SOURCES = {
     ],
 }
 
+# What the tables have to reach: sum, gains by frequency, first and middle value
+WANTED = {
+    "highPass500": (0, {0.1: 0.06, 0.3: 0.445, 0.5: 0.83, 0.67: 0.976, 1: 1}, -6.05386e-05, 0.998662804),
+    "notch50At250": (None, {45: 1, 48: 0.43, 50: 0, 52: 0.43, 55: 1}, -0.000532467, None),
+    "notch50At500": (None, {45: 1.057, 48: 0.39, 50: 0, 52: 0.39, 55: 1.057}, -0.0003644811497461428, None),
+    "notch50At1000": (None, {45: 1.04, 48: 0.53, 50: 0, 52: 0.53, 55: 1.04}, -5.288038948796344e-06, None),
+    "notch60At250": (None, {59: 0.13, 60: 0, 61: 0.13}, -0.0013606868, None),
+    "notch60At500": (None, {59: 0.11, 60: 0, 61: 0.11}, -0.0007600742537818535, None),
+    "notch60At1000": (None, {59: 0.16, 60: 0, 61: 0.16}, 0.000438044520466006, None),
+    "baseline250": (None, {1: 0.76}, None, None),
+    "baseline500": (None, {1: 0.51}, None, None),
+    "baseline1000": (-0.067, {1: 1.07}, None, None),
+    "smoothing51": (None, {}, 9.36e-05, 0.0468637),
+    "decimation29": (1, {}, -0.000303319654414908, 0.3979277402170436),
+    "muscle250": (None, {40: 0.79, 45: 0.21, 50: 0.001}, None, None),
+    "muscle25At500": (None, {25: 0.70}, None, None),
+    "muscle40At500": (None, {40: 0.70}, None, None),
+    "muscle25At1000": (1.01, {25: 0.72}, None, None),
+    "muscle40At1000": (None, {40: 0.73}, None, None),
+}
+
+
+def rate_of(name):
+    return {"smoothing51": 250, "decimation29": 1000}.get(name) or int(re.search(r"\d+$", name).group())
+
+
+def reached(value, wanted):
+    """A figure of a table, and how far it is from the wanted one."""
+    text = f"{value:.6g}" if abs(value) > 1e-12 else "0"
+    if wanted is None:
+        return text
+    return text + (" (as wanted)" if abs(value - wanted) < 1e-9 else f" (wanted {wanted:g})")
+
+
+def report(designed):
+    print("| table | rate | taps | delay | sum | first value | middle value | gains |")
+    print("|---|---|---|---|---|---|---|---|")
+    for tables in designed.values():
+        for name, n, half in tables:
+            total, gains, first, middle = WANTED[name]
+            rate = rate_of(name)
+            table = unfold(half, n)
+            if name == "baseline250":
+                table[0] = -table[0]
+            size = [abs(np.sum(table * np.exp(-2j * np.pi * f / rate * np.arange(n)))) for f in gains]
+            shown = ", ".join(f"{f:g} Hz: {reached(a, g)}" for a, (f, g) in zip(size, gains.items()))
+            print(f"| `{name}` | {rate} | {n} | {n // 2} | {reached(table.sum(), total)} | "
+                  f"{reached(table[0], first)} | {reached(table[n // 2], middle)} | {shown} |")
+
 
 # C++
 
@@ -309,11 +358,15 @@ def check(designed):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
-    parser.add_argument("--check", action="store_true")
+    parser.add_argument("--check", action="store_true", help="only compare the sources with the design")
+    parser.add_argument("--report", action="store_true", help="only print the table of docs/filters.md")
     arguments = parser.parse_args()
     designed = design_all()
     if arguments.check:
         return check(designed)
+    if arguments.report:
+        report(designed)
+        return 0
     write(designed)
     return 0
 

@@ -1,6 +1,7 @@
 #include "simulators/TErgometerSimulator.h"
 
 #include <charconv>
+#include <utility>
 
 namespace {
 

@@ -54,7 +54,7 @@ int TCommand::argumentCount() const
 std::vector<const TCommand*> allCommands()
 {
     std::vector<const TCommand*> commands;
-    for (const auto table : {studyCommands(), analysisCommands()}) {
+    for (const auto table : {studyCommands(), signalCommands(), analysisCommands(), wfdbCommands()}) {
         for (const TCommand& command : table)
             commands.push_back(&command);
     }
@@ -72,7 +72,7 @@ const TCommand* findCommand(const QString& name)
 
 TCommandWords parseCommandWords(const TCommand& command, const QStringList& words)
 {
-    const TCommandWords parsed = parseCommandWords(command.options, words);
+    TCommandWords parsed = parseCommandWords(command.options, words);
     if (parsed.arguments.size() != command.argumentCount())
         throw TUsageError(QStringLiteral("Usage: velantor-cli ") +
                           describeCall(command).join(QLatin1Char(' ')));

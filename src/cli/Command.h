@@ -46,9 +46,14 @@ struct TCommand
 
 /// The commands on studies, archives and protocols.
 std::span<const TCommand> studyCommands();
+/// The commands on the stored signal.
+std::span<const TCommand> signalCommands();
 
 /// The commands that measure recordings.
 std::span<const TCommand> analysisCommands();
+
+/// The import of WFDB records.
+std::span<const TCommand> wfdbCommands();
 
 std::vector<const TCommand*> allCommands();
 

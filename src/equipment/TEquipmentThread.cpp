@@ -31,9 +31,9 @@ void TEquipmentThread::endAndWait()
     requestInterruption();
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        // The flag comes second: who sees it may resume the port, and is not interrupted any more.
-        m_port.interrupt();
+        // The flag comes first: who is interrupted must know why.
         m_ending = true;
+        m_port.interrupt();
     }
     m_wake.notify_all();
     wait();
@@ -115,12 +115,19 @@ void TEquipmentThread::openPort()
         m_port.interrupt();
 }
 
+void TEquipmentThread::resumePort()
+{
+    // Who saw the flag may be here before the interruption, which must not cut the last words short.
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_port.resume(m_lastWordsMs, m_lastWordsMs);
+}
+
 void TEquipmentThread::leaveDevice(bool mayOpen)
 {
     if (mayOpen && m_stopRequested)
         openPort();
     if (!m_port.isOpen())
         return;
-    m_port.resume(m_lastWordsMs, m_lastWordsMs);
+    resumePort();
     sayLastWords(m_stopRequested.exchange(false));
 }

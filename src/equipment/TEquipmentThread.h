@@ -59,6 +59,7 @@ private:
     void turns();
     void turn();
     void openPort();
+    void resumePort();
     void leaveDevice(bool mayOpen);
     TEquipmentValues takeCommitted();
     /// Reports what is thrown; false then.
@@ -77,7 +78,8 @@ private:
     std::atomic<bool> m_ending = false;
     std::atomic<bool> m_ended = false;
 
-    /// Guards the committed values, which go out as one set, and the sleep of `pause`.
+    /// Guards the committed values, which go out as one set, the sleep of `pause`, and the interruption of
+    /// the port against its opening and its resumption.
     std::mutex m_mutex;
     std::condition_variable m_wake;
     TEquipmentValues m_committed;

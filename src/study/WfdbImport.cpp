@@ -130,9 +130,9 @@ void copySamples(TResampledRecord& record, TEcgFile& ecg)
     constexpr int block = 4096;
     std::vector<std::vector<short>> samples(static_cast<std::size_t>(record.channelCount()),
                                             std::vector<short>(block));
-    std::vector<short*> out;
-    for (std::vector<short>& channel : samples)
-        out.push_back(channel.data());
+    std::vector<short*> out(samples.size());
+    std::transform(samples.begin(), samples.end(), out.begin(),
+                   [](std::vector<short>& channel) { return channel.data(); });
     while (const int count = record.read(block, out.data())) {
         ecg.addPerChannel(out.data(), count);
         if (ecg.writeFailed())

@@ -56,7 +56,7 @@ std::vector<QByteArray> channelNames(const std::vector<QByteArray>& descriptions
         if (name.isEmpty())
             name = plainName(descriptions[i]);
         if (name.isEmpty())
-            name = "Signal " + QByteArray::number(static_cast<qulonglong>(i + 1));
+            name = "Signal " + QByteArray::number(static_cast<int>(i) + 1);
         names.push_back(name);
     }
     return names;

@@ -71,9 +71,9 @@ short countOf(double millivolts)
 
 std::vector<double*> startsAt(std::vector<std::vector<double>>& channels, std::size_t place)
 {
-    std::vector<double*> starts;
-    for (std::vector<double>& channel : channels)
-        starts.push_back(channel.data() + place);
+    std::vector<double*> starts(channels.size());
+    std::transform(channels.begin(), channels.end(), starts.begin(),
+                   [place](std::vector<double>& channel) { return channel.data() + place; });
     return starts;
 }
 
@@ -171,9 +171,10 @@ TResampledRecord::TResampledRecord(const TWfdbRecord& record)
 {
     checkRecord(record);
     const std::vector<int> places = voltagesOf(record.header());
-    std::vector<QByteArray> descriptions;
-    for (const int place : places)
-        descriptions.push_back(record.header().channels[static_cast<std::size_t>(place)].description);
+    std::vector<QByteArray> descriptions(places.size());
+    std::transform(places.begin(), places.end(), descriptions.begin(), [&record](int place) {
+        return record.header().channels[static_cast<std::size_t>(place)].description;
+    });
     m_channelNames = ::channelNames(descriptions);
     m_sampleCount = std::llround(static_cast<double>(record.sampleCount()) * outputPerInput(record));
     m_converter = std::make_unique<TConverter>(record, places);

@@ -74,13 +74,13 @@ private:
             skip();
             break;
         case Num:
-            last().num = m_num = static_cast<signed char>(value);
+            last().num = m_num = signedByte(value);
             break;
         case Subtype:
-            last().subtype = static_cast<signed char>(value);
+            last().subtype = signedByte(value);
             break;
         case Channel:
-            last().channel = m_channel = static_cast<unsigned char>(value);
+            last().channel = m_channel = value & 0xff;
             break;
         case Aux:
             last().aux = takeText(value);
@@ -89,6 +89,8 @@ private:
             addAnnotation(code, value);
         }
     }
+
+    static int signedByte(int value) { return ((value & 0xff) ^ 0x80) - 0x80; }
 
     /// The upper half comes first.
     void skip()

@@ -96,9 +96,9 @@ const std::vector<short>& TWfdbRecord::cachedFrames(qint64 block) const
 {
     if (block != m_cachedBlock) {
         m_cache.resize(static_cast<std::size_t>(signalCount()) * cachedFrameCount);
-        std::vector<short*> signalStarts;
-        for (int i = 0; i < signalCount(); ++i)
-            signalStarts.push_back(m_cache.data() + i * cachedFrameCount);
+        std::vector<short*> signalStarts(static_cast<std::size_t>(signalCount()));
+        for (std::size_t i = 0; i < signalStarts.size(); ++i)
+            signalStarts[i] = m_cache.data() + i * cachedFrameCount;
         read(block * cachedFrameCount, cachedFrameCount, signalStarts.data());
         m_cachedBlock = block;
     }

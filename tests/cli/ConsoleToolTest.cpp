@@ -1,3 +1,4 @@
+#include "cli/ConsoleTool.h"
 #include "study/StoreFolder.h"
 #include "study/StudyDocument.h"
 #include "study/TBeatFile.h"
@@ -6,49 +7,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QtTest>
 
 namespace {
-
-struct TResult
-{
-    int status = -1; ///< -1 for a tool that crashed or was killed
-    QByteArray output;
-    QByteArray error;
-
-    QList<QJsonObject> lines() const
-    {
-        QList<QJsonObject> objects;
-        for (const QByteArray& line : output.split('\n')) {
-            if (!line.isEmpty())
-                objects << QJsonDocument::fromJson(line).object();
-        }
-        return objects;
-    }
-};
-
-TResult runTool(const QStringList& words, const QString& home = QString())
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (!home.isEmpty())
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), home);
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(VELANTOR_CLI), words);
-    process.waitForFinished(60000);
-    TResult result{process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-                   process.readAllStandardOutput(), process.readAllStandardError()};
-    return result;
-}
-
-/// One plain line.
-bool isErrorLine(const QByteArray& text)
-{
-    return text.size() > 1 && text.count('\n') == 1 && text.endsWith('\n') && !text.startsWith(' ');
-}
 
 QJsonObject object(const QByteArray& json)
 {
@@ -56,9 +19,10 @@ QJsonObject object(const QByteArray& json)
 }
 
 const QStringList commandNames{
-    QStringLiteral("list"),   QStringLiteral("show"),     QStringLiteral("samples"),
-    QStringLiteral("export"), QStringLiteral("import"),   QStringLiteral("protocols"),
-    QStringLiteral("delete"), QStringLiteral("archives"), QStringLiteral("rebuild")};
+    QStringLiteral("list"),   QStringLiteral("show"),       QStringLiteral("samples"),
+    QStringLiteral("export"), QStringLiteral("import"),     QStringLiteral("protocols"),
+    QStringLiteral("delete"), QStringLiteral("archives"),   QStringLiteral("rebuild"),
+    QStringLiteral("filter"), QStringLiteral("import-wfdb")};
 
 } // namespace
 
@@ -231,6 +195,7 @@ private Q_SLOTS:
         const QByteArray unknown = "Study file not found\n";
         QTest::newRow("show") << QStringLiteral("show 1") << unknown;
         QTest::newRow("samples") << QStringLiteral("samples 1 0 0 1") << unknown;
+        QTest::newRow("filter") << QStringLiteral("filter 1 0 0 1") << unknown;
         QTest::newRow("export") << QStringLiteral("export 1 .") << unknown;
         QTest::newRow("delete") << QStringLiteral("delete 1") << unknown;
         QTest::newRow("import") << QStringLiteral("import /dev/null")
@@ -293,6 +258,13 @@ private Q_SLOTS:
                                   "samples 1 0 x 1",
                                   "samples 1 0 0 -1",
                                   "samples 1 0 0 1 1",
+                                  "filter 1 0 0",
+                                  "filter 1 x 0 1",
+                                  "filter 1 0 x 1",
+                                  "filter 1 0 0 -1",
+                                  "filter 1 0 0 1 --loud",
+                                  "filter 1 0 0 1 --notch --notch",
+                                  "samples 1 0 0 1 --notch",
                                   "protocols x",
                                   "import",
                                   "import a b",
@@ -351,6 +323,7 @@ private Q_SLOTS:
         QTest::newRow("list") << QStringLiteral("list");
         QTest::newRow("show") << QStringLiteral("show ID");
         QTest::newRow("many samples") << QStringLiteral("samples ID 1 0 1000000");
+        QTest::newRow("filter") << QStringLiteral("filter ID 1 0 1000000");
         QTest::newRow("protocols") << QStringLiteral("protocols");
         QTest::newRow("help") << QStringLiteral("--help");
         QTest::newRow("version") << QStringLiteral("--version");

@@ -31,7 +31,7 @@ struct TSituation
     std::size_t received = 0;
     int msBefore = 0; ///< a moment for the first turn to go by
     bool isCommitted = true;
-    bool isStopped = false; ///< before it came there, too
+    bool isStopped = false; ///< the stop is what it is at
 };
 
 qint64 msOf(const std::function<void()>& action)
@@ -61,6 +61,7 @@ private Q_SLOTS:
     void aTreadmillThatNobodyStoppedIsLeftAsItIs();
     void anErgometerThatNobodyStoppedIsResetAnyway();
     void aSilentTreadmillIsToldThreeTimes();
+    void aTreadmillIsGivenTimeToAnswerItsLastStop();
     void anInterruptedFailureIsNone();
 };
 
@@ -96,7 +97,8 @@ void EquipmentStopTest::aTreadmillIsStoppedBeforeItsDriverEnds()
     QThread::msleep(static_cast<unsigned long>(situation.msBefore));
 
     const qint64 ms = msOf([&] {
-        session.driver->stop();
+        if (!situation.isStopped)
+            session.driver->stop();
         session.driver.reset();
     });
     QVERIFY2(ms < soonMs, qPrintable(QString::number(ms)));
@@ -141,7 +143,7 @@ void EquipmentStopTest::anErgometerIsStoppedBeforeItsDriverEnds()
         driver.reset();
     });
     QVERIFY2(ms < soonMs, qPrintable(QString::number(ms)));
-    QVERIFY(ergometer.isTold(told));
+    QVERIFY2(ergometer.isTold(told), ergometer.told().constData());
 }
 
 void EquipmentStopTest::aStopRightAfterTheCreationReachesEveryTreadmill()
@@ -208,6 +210,23 @@ void EquipmentStopTest::aSilentTreadmillIsToldThreeTimes()
     session.driver.reset();
     QVERIFY(session.treadmill.isTold(";2E010056: ;2ST17: ;2ST17: ;2ST17:"));
     QVERIFY(session.log().contains(">> ;2ST17:\nKipnet device did not respond (command ST)\nThread stop\n"));
+}
+
+void EquipmentStopTest::aTreadmillIsGivenTimeToAnswerItsLastStop()
+{
+    TEquipmentSimulatorOptions late = fault(TFault::Late, 0);
+    late.lateMs = 50;
+    TKipnetTimes times = TKipnetSession::shortTimes();
+    times.lastWordsMs = 5000;
+    for (int i = 0; i < 10; ++i) {
+        TKipnetSession session(late, times);
+        session.driver->stop();
+        session.driver.reset();
+        // Twice if the driver was at the first one when it was told to end.
+        const QByteArray told = session.treadmill.told();
+        QVERIFY2(told == ";2ST17:" || told == ";2ST17: ;2ST17:", told.constData());
+        QVERIFY(!session.log().contains("respond"));
+    }
 }
 
 void EquipmentStopTest::anInterruptedFailureIsNone()

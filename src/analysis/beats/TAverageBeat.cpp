@@ -73,11 +73,11 @@ void TAverageBeat::complexFromBeat(const TBeat& beat)
         m_dominantChannel = 0;
     if (!anyR && !beat.isValueSet(TBeat::beatTime))
         return;
-    m_beatCount = 1;
     m_meanRR = beat.value(TBeat::rr);
     const double t = anyR ? beat.fiducial(m_dominantChannel, TBeat::rPosition) : beat.value(TBeat::beatTime);
+    m_averagedTimes = {t};
     for (int channel = 0; channel < m_signal->channelCount(); ++channel)
-        average(channel, {t});
+        average(channel);
 }
 
 const TDoubleVector& TAverageBeat::complex(int channel)
@@ -89,7 +89,13 @@ const TDoubleVector& TAverageBeat::complex(int channel)
 int TAverageBeat::count()
 {
     update();
-    return m_beatCount;
+    return static_cast<int>(m_averagedTimes.size());
+}
+
+const std::vector<double>& TAverageBeat::averagedTimes()
+{
+    update();
+    return m_averagedTimes;
 }
 
 double TAverageBeat::meanRR()
@@ -127,18 +133,17 @@ bool TAverageBeat::recompute()
 {
     clearResults();
     m_dominantChannel = findDominantChannel();
-    const std::vector<double> times = selectBeats();
-    m_beatCount = static_cast<int>(times.size());
-    if (times.empty())
+    m_averagedTimes = selectBeats();
+    if (m_averagedTimes.empty())
         return false;
     for (int channel = 0; channel < m_signal->channelCount(); ++channel)
-        average(channel, times);
+        average(channel);
     return true;
 }
 
 void TAverageBeat::clearResults()
 {
-    m_beatCount = 0;
+    m_averagedTimes.clear();
     m_meanRR = 0.0;
     m_dominantChannel = 0;
     for (TDoubleVector& complex : m_complexes)
@@ -177,14 +182,14 @@ std::vector<double> TAverageBeat::selectBeats()
     return times;
 }
 
-void TAverageBeat::average(int channel, const std::vector<double>& times)
+void TAverageBeat::average(int channel)
 {
     TDoubleVector& complex = m_complexes[channel];
-    for (const double t : times)
+    for (const double t : m_averagedTimes)
         addSnippet(channel, t, complex);
     // The mean of each snippet goes with the mean of their sum, in one pass instead of one per beat.
     removeMean(complex);
-    const double share = 1.0 / static_cast<double>(times.size());
+    const double share = 1.0 / static_cast<double>(m_averagedTimes.size());
     for (int i = 0; i < complex.size(); ++i)
         complex[i] *= share;
 }

@@ -29,6 +29,8 @@ public:
     const TDoubleVector& complex(int channel);
     /// Beats that went into the average.
     int count();
+    /// Their R on the dominant channel, in seconds.
+    const std::vector<double>& averagedTimes();
     /// Mean `rr` of those beats in seconds, 0.0 if there are none.
     double meanRR();
     /// The channel on which most beats are normal, 0 if there are no beats. Its R aligns all channels.
@@ -53,7 +55,7 @@ private:
     int findDominantChannel() const;
     bool isNormal(const TBeat& beat) const;
     std::vector<double> selectBeats();
-    void average(int channel, const std::vector<double>& times);
+    void average(int channel);
     void addSnippet(int channel, double t, TDoubleVector& sum);
     bool isChannel(int channel) const;
 
@@ -63,7 +65,7 @@ private:
     int m_rOffset;
     int m_dominantChannel = 0;
     double m_meanRR = 0.0;
-    int m_beatCount = 0;
+    std::vector<double> m_averagedTimes;
     std::vector<TDoubleVector> m_complexes;
     std::vector<TDoubleVector> m_stage1Complexes;
     /// What a channel that does not exist reads.

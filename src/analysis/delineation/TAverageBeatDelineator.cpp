@@ -210,7 +210,7 @@ void TAverageBeatDelineator::findWavesAfterQrs(TPair main)
     m_places.qrsOffset = std::min(truncated<int>(offset), size() - 1);
 }
 
-/// The largest extreme of W2 of the other sign than at `from`, beyond `limit`, on the way from there to `last`.
+/// On the way to `last` the largest extreme of W2 that differs in sign from `from` and goes beyond `limit`.
 std::optional<int> TAverageBeatDelineator::outerExtreme(int from, int last, double limit) const
 {
     const int step = last < from ? -1 : 1;
@@ -233,6 +233,7 @@ void TAverageBeatDelineator::findPWave()
     const auto wave = wavePair(startOfPSearch(), endOfPSearch(), pShare * m_waveThreshold);
     if (!wave)
         return;
+    // Of several turns the one farthest from the QRS, here and in T.
     m_places.pPeak = crossingOnTheWay(m_w4, wave->first, wave->second);
     m_places.pOnset = std::max(truncated<int>(wave->first - pMargin * m_rate), 0);
     const int end = m_places.qrsOnset != notFound ? m_places.qrsOnset : size();

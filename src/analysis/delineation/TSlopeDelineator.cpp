@@ -32,6 +32,7 @@ constexpr double leastWave = 0.006;
 
 constexpr int tDistance = 20;
 constexpr int tPeakDistance = 10;
+/// Where T has ended in a fast rhythm; a slower one, if known, extends the search.
 constexpr int tReach = 50;
 constexpr double tReachOfRR = 0.6;
 constexpr int differencesBehind = 9;

@@ -9,11 +9,14 @@ namespace {
 constexpr int blockSize = 4096;
 /// As in a live recording: two minutes and more.
 constexpr int rawCapacity = 81920;
+/// Seconds.
+constexpr double knownAfter = 10.0;
 
 } // namespace
 
 TStoredAnalysis::TStoredAnalysis(TSignal& signal, const TBeatChainSettings& settings)
-    : m_signal(signal), m_raw(blockSize, rawCapacity, signal.channelCount(), signal.samplingRate()),
+    : m_signal(signal), m_endTime(settings.endTime),
+      m_raw(blockSize, rawCapacity, signal.channelCount(), signal.samplingRate()),
       m_chain(m_raw, settings, this), m_rows(signal.channelCount())
 {
     m_raw.takeFormOf(signal);
@@ -29,11 +32,20 @@ void TStoredAnalysis::setCandidateObserver(TWaveletBeatDetector::TCandidateObser
 void TStoredAnalysis::run(int stepFrames)
 {
     const int step = std::clamp(stepFrames, 1, maxStep);
-    for (int start = 0; start < m_signal.sampleCount(); start += step) {
-        feed(start, std::min(step, m_signal.sampleCount() - start));
+    const int end = lastFrame();
+    for (int start = 0; start < end; start += step) {
+        feed(start, std::min(step, end - start));
         m_chain.run();
     }
     m_chain.finish();
+}
+
+/// Where to stop feeding: behind an end by as much as the last beat needs to be known.
+int TStoredAnalysis::lastFrame() const
+{
+    if (m_endTime <= 0.0)
+        return m_signal.sampleCount();
+    return std::min(m_signal.indexOf(m_endTime + knownAfter), m_signal.sampleCount());
 }
 
 void TStoredAnalysis::feed(int start, int frames)

@@ -25,6 +25,8 @@ public:
 
     /// Every beat in the order of the store, rejected ones too.
     const std::vector<TBeat>& beats() const { return m_beats; }
+    /// What was searched: 250 samples per second; candidates are in its samples.
+    const TSignal& analysisSignal() { return m_chain.analysisSignal(); }
     TAverageBeat& averageBeat() { return m_chain.averageBeat(); }
     /// The waves of the channel's average complex, in samples of the signal from its start; nothing is found
     /// where there was no beat.
@@ -33,8 +35,10 @@ public:
 private:
     void beatFound(const TBeat& beat) override;
     void feed(int start, int frames);
+    int lastFrame() const;
 
     TSignal& m_signal;
+    double m_endTime;
     TInt16Signal m_raw;
     TBeatChain m_chain;
     std::vector<TBeat> m_beats;

@@ -54,7 +54,10 @@ int TFilteredSignal::sample(int channel, int index)
 
 void TFilteredSignal::readDoubles(int channel, int start, int count, double* out)
 {
-    const qint64 end = static_cast<qint64>(start) + std::max(count, 0);
+    const qint64 wanted = static_cast<qint64>(start) + std::max(count, 0);
+    // A filter rings on behind the end of the signal, within its last block.
+    const qint64 end = std::clamp<qint64>(sampleCount(), start, wanted);
+    std::fill(out + (end - start), out + (wanted - start), 0.0);
     for (qint64 index = start; index < end;) {
         // Before the start the quotient says block 0 as well, so what is negative is passed over in one
         // piece.

@@ -1,0 +1,104 @@
+#include "accuracy/Analysis.h"
+
+#include "analysis/detection/TStoredAnalysis.h"
+#include "analysis/signals/TChannel.h"
+
+#include <algorithm>
+
+namespace accuracy {
+
+namespace {
+
+std::vector<QByteArray> namesOf(const TSignal& signal)
+{
+    std::vector<QByteArray> names;
+    for (int channel = 0; channel < signal.channelCount(); ++channel)
+        names.push_back(signal.channel(channel)->name());
+    return names;
+}
+
+TMarkedBeat markedBeat(const TChannelBeat& candidate, const TSignal& signal)
+{
+    const auto time = [&signal](int position) {
+        return TChannelBeat::known(position) ? std::optional<double>(signal.timeOf(position)) : std::nullopt;
+    };
+    TMarkedBeat beat;
+    beat.r = signal.timeOf(candidate.rPosition);
+    beat.marks[POnset] = time(candidate.pStart);
+    beat.marks[PPeak] = time(candidate.pPeak);
+    beat.marks[POffset] = time(candidate.pEnd);
+    beat.marks[QrsOnset] = time(candidate.qrsStart);
+    beat.marks[QrsOffset] = time(candidate.qrsEnd);
+    beat.marks[TOnset] = time(candidate.tStart);
+    beat.marks[TPeak] = time(candidate.tPeak);
+    beat.marks[TOffset] = time(candidate.tEnd);
+    return beat;
+}
+
+bool isEarlier(const TMarkedBeat& a, const TMarkedBeat& b)
+{
+    return a.r < b.r;
+}
+
+TMarkedBeat markedComplex(const TAverageBeatDelineator& waves, int rOffset, const TSignal& signal)
+{
+    const auto time = [&](int place) {
+        return place != TAverageBeatDelineator::notFound
+                   ? std::optional<double>(signal.timeOf(place - rOffset))
+                   : std::nullopt;
+    };
+    TMarkedBeat beat;
+    beat.marks[POnset] = time(waves.pOnset());
+    beat.marks[PPeak] = time(waves.pPeak());
+    beat.marks[POffset] = time(waves.pOffset());
+    beat.marks[QrsOnset] = time(waves.qrsOnset());
+    beat.marks[QrsOffset] = time(waves.qrsOffset());
+    beat.marks[TOnset] = time(waves.tOnset());
+    beat.marks[TPeak] = time(waves.tPeak());
+    beat.marks[TOffset] = time(waves.tOffset());
+    return beat;
+}
+
+} // namespace
+
+TRecordFindings analyseRecord(TSignal& signal, int blockFrames)
+{
+    TRecordFindings findings;
+    findings.leadNames = namesOf(signal);
+    findings.leads.resize(signal.channelCount());
+    TBeatChainSettings settings;
+    settings.refine = false;
+    TStoredAnalysis analysis(signal, settings);
+    analysis.setCandidateObserver([&](int channel, const TChannelBeat& candidate) {
+        findings.leads[channel].push_back(markedBeat(candidate, analysis.analysisSignal()));
+    });
+    analysis.run(blockFrames);
+    for (const TBeat& beat : analysis.beats()) {
+        if (beat.valid())
+            findings.beats.push_back(beat.value(TBeat::beatTime));
+    }
+    // A premature beat may have waited for the one behind it.
+    std::sort(findings.beats.begin(), findings.beats.end());
+    for (std::vector<TMarkedBeat>& lead : findings.leads)
+        std::stable_sort(lead.begin(), lead.end(), isEarlier);
+    return findings;
+}
+
+TAverageFindings analyseAverage(TSignal& signal, double end)
+{
+    TAverageFindings findings;
+    TBeatChainSettings settings;
+    settings.endTime = end;
+    TStoredAnalysis analysis(signal, settings);
+    analysis.run();
+    TAverageBeat& average = analysis.averageBeat();
+    findings.beats = average.averagedTimes();
+    if (findings.beats.empty())
+        return findings;
+    findings.leadNames = namesOf(signal);
+    for (int channel = 0; channel < signal.channelCount(); ++channel)
+        findings.leads.push_back(markedComplex(analysis.delineate(channel), average.rOffset(), signal));
+    return findings;
+}
+
+} // namespace accuracy
