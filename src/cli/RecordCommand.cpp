@@ -70,7 +70,7 @@ std::span<const TCommand> recordCommands()
 {
     static const TCommand commands[] = {
         {"record", "",
-         "a whole examination; tells what happens, a line for each, until it ends or is interrupted", record,
+         "a whole examination, told as it happens, until its time or an interruption", record,
          recordOptions()},
     };
     return commands;

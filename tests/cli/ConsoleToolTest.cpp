@@ -19,10 +19,10 @@ QJsonObject object(const QByteArray& json)
 }
 
 const QStringList commandNames{
-    QStringLiteral("list"),   QStringLiteral("show"),       QStringLiteral("samples"),
-    QStringLiteral("export"), QStringLiteral("import"),     QStringLiteral("protocols"),
-    QStringLiteral("delete"), QStringLiteral("archives"),   QStringLiteral("rebuild"),
-    QStringLiteral("filter"), QStringLiteral("import-wfdb")};
+    QStringLiteral("list"),   QStringLiteral("show"),        QStringLiteral("samples"),
+    QStringLiteral("export"), QStringLiteral("import"),      QStringLiteral("protocols"),
+    QStringLiteral("delete"), QStringLiteral("archives"),    QStringLiteral("rebuild"),
+    QStringLiteral("filter"), QStringLiteral("import-wfdb"), QStringLiteral("record")};
 
 } // namespace
 
