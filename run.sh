@@ -11,5 +11,5 @@ if (($#)); then
 fi
 install_missing "${build_packages[@]}"
 cmake --preset release -DVELANTOR_BENCHMARKS=OFF
-cmake --build --preset release --target velantor-cli sample-study
-exec bash scripts/tour.sh build/release/src/cli/velantor-cli build/release/tests/support/sample-study
+cmake --build --preset release --target velantor-cli ecg500
+exec bash scripts/tour.sh build/release/src/cli/velantor-cli build/release/ecg500.dat

@@ -11,7 +11,7 @@ Usage: ./test.sh [--all]
   (nothing)  install missing Debian packages, build the dev preset, run its tests
   --all      also: layers, layout and static checks; the Win32 form of the serial port; tests under the address
              and the thread sanitizers; fuzzers (FUZZ_SECONDS each, 60); release build with a moment of every
-             benchmark
+             benchmark; three hours of recording with its memory watched
 TEXT
 }
 
@@ -91,6 +91,7 @@ if ((all)); then
     stage "thread sanitizer" test_preset_fixed_layout tsan
     stage "fuzzers" bash scripts/run-fuzzers.sh
     stage "release and benchmarks" bash scripts/run-benchmarks.sh
+    stage "three hours" bash scripts/run-soak.sh
 fi
 
 printf '\n'

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# tour.sh VELANTOR-CLI SAMPLE-STUDY: what the program does with a study, step by step, in a scratch folder of its
+# tour.sh VELANTOR-CLI ECG500: what the program does with a study, step by step, in a scratch folder of its
 # own that stays for a look. Ends with an error where a step does not do what it should.
 set -euo pipefail
 
 cli=$(realpath "$1")
-sample_study=$(realpath "$2")
+demo=$(realpath "$2")
 tour=$(mktemp -d "${TMPDIR:-/tmp}/velantor-tour.XXXXXX")
 here=$tour/practice
 there=$tour/hospital
@@ -34,9 +34,13 @@ shorten() {
     cut -c "1-${1:-160}" | sed 's/$/ .../'
 }
 
-heading "A stress test of 60 seconds, 14 leads at 500 Hz, is recorded in $here"
-id=$("$sample_study" "$here" 60)
-echo "Study $id"
+heading "A stress test of two minutes, 14 leads at 500 Hz, is recorded in $here"
+echo "(The demonstration stands in for a patient, and its time does not have to pass.)"
+velantor --data "$here" record --source "demo:$demo" --unpaced --protocol Bruce --stage-scale 10 \
+    --patient lastName=Diaz --patient firstName=Eva --patient sex=F --patient age=54 \
+    --bp 25:125/80 --bp 80:165/85 --event "75:dizzy" --recovery 100 --stop-after 120 | tee "$tour/recorded.jsonl"
+id=$(sed -n 's/.*"event":"started","id":\([0-9]*\).*/\1/p' "$tour/recorded.jsonl")
+[[ -n $id ]] || fail "no study was recorded"
 ls -l "$here"
 
 heading "The list of studies"
@@ -48,10 +52,15 @@ base=$(sed -n 's/.*"baseFilename":"\([^"]*\)".*/\1/p' <<<"$listed")
 heading "The study itself, shortened"
 velantor --data "$here" show "$id" >"$tour/shown-here.json"
 shorten <"$tour/shown-here.json"
-[[ $(<"$tour/shown-here.json") == *'"samples":30000'* ]] || fail "the study does not hold its 30000 samples"
+[[ $(<"$tour/shown-here.json") == *'"samples":60027'* ]] || fail "the study does not hold its two minutes"
 
-heading "Lead II around the first R, in counts"
-velantor --data "$here" samples "$id" 1 140 20
+heading "What was measured at the end of each stage, and the greatest of it"
+for result in METSPerStage BPMPerStage sysBPPerStage diaBPPerStage DPPerStage maxMETS maxBPM maxSysBP maxDP; do
+    grep -o "\"$result\":{[^}]*}" "$tour/shown-here.json" || fail "there is no $result"
+done
+
+heading "Lead II, the first samples of its second minute, in counts"
+velantor --data "$here" samples "$id" 1 30000 20
 
 heading "The study goes to a shared folder as one archive"
 velantor --data "$here" export "$id" "$shared"

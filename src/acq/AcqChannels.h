@@ -38,4 +38,7 @@ inline constexpr int reducedChannels = 1 << II | 1 << V2 | 1 << V5;
 /// Indices of the selected channels among the first `channels` of the fixed order.
 std::vector<int> selectedChannels(int mask, int channels);
 
+/// The place of a channel in the fixed order, or -1 if there is none of that name.
+int placeOfChannel(const char* name);
+
 } // namespace acq

@@ -103,6 +103,11 @@ void TQtAcqDriver::setPendingBlockLimit(int blocks)
     m_thread->setPendingBlockLimit(blocks);
 }
 
+void TQtAcqDriver::setLargestBlock(int frames)
+{
+    m_thread->setLargestBlock(frames);
+}
+
 void TQtAcqDriver::appendBlock(const QVector<char>& block)
 {
     m_thread->blockArrived();

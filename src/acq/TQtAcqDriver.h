@@ -32,6 +32,9 @@ public:
     /// How many blocks may wait for the event loop before the rest stays with the device; 0, the default, for
     /// any number. For replay at full speed, where nothing else bounds the memory. Before the start.
     void setPendingBlockLimit(int blocks);
+    /// The greatest block in frames, in place of five seconds; never less than a tenth of a second. For
+    /// replay at full speed that comes in the steps of a live device. Before the start.
+    void setLargestBlock(int frames);
 
 private Q_SLOTS:
     void appendBlock(const QVector<char>& block);

@@ -62,6 +62,8 @@ void TQtAcqDriverThread::startDevice()
     m_frameBytes = m_bytesPerSample * m_channelCount;
     m_minFrames = m_device->samplingRate() / blocksPerSecond;
     m_maxFrames = m_device->samplingRate() * maxBlockSeconds;
+    if (m_largestBlock > 0)
+        m_maxFrames = std::clamp(m_largestBlock, m_minFrames + 1, std::max(m_maxFrames, m_minFrames + 1));
     m_buffer.resize(static_cast<std::size_t>(m_maxFrames) * m_frameBytes);
     m_resetRequested.store(false);
     m_device->start();

@@ -33,6 +33,9 @@ public:
     /// How many blocks may be under way before the pump leaves the rest with the device; 0, the default, for
     /// any number. For devices that are faster than the receiver of the blocks. Before the start.
     void setPendingBlockLimit(int blocks) { m_pendingBlockLimit = blocks; }
+    /// How many frames a block has at most, in place of five seconds of them; the least of a block if that is
+    /// more. Before the start.
+    void setLargestBlock(int frames) { m_largestBlock = frames; }
     /// To be called by the receiver of `data` for each block, before it looks at the samples.
     void blockArrived() { m_pendingBlocks.fetch_sub(1, std::memory_order_acq_rel); }
     /// Whether the thread has ended, after waiting for that for so long.
@@ -85,6 +88,8 @@ private:
     /// the thread sanitizer, too, which does not see into the event queue.
     std::atomic<int> m_pendingBlocks = 0;
     int m_pendingBlockLimit = 0;
+    /// 0 for no limit of the user's.
+    int m_largestBlock = 0;
     /// Hands over what the thread has done to whoever waited for its end.
     std::atomic<bool> m_ended = false;
 };

@@ -54,7 +54,8 @@ int TCommand::argumentCount() const
 std::vector<const TCommand*> allCommands()
 {
     std::vector<const TCommand*> commands;
-    for (const auto table : {studyCommands(), signalCommands(), analysisCommands(), wfdbCommands()}) {
+    for (const auto table :
+         {studyCommands(), recordCommands(), signalCommands(), analysisCommands(), wfdbCommands()}) {
         for (const TCommand& command : table)
             commands.push_back(&command);
     }

@@ -55,6 +55,9 @@ std::span<const TCommand> analysisCommands();
 /// The import of WFDB records.
 std::span<const TCommand> wfdbCommands();
 
+/// The recording of examinations.
+std::span<const TCommand> recordCommands();
+
 std::vector<const TCommand*> allCommands();
 
 /// Null if there is no such command.

@@ -60,9 +60,12 @@ void run(const TArguments& arguments)
 
 int main(int argc, char* argv[])
 {
+    // A reader that goes away and a file that may not grow are told like a full disk, as a write that failed.
 #ifdef SIGPIPE
-    // A reader that goes away is told like a full disk, as a write that failed.
     std::signal(SIGPIPE, SIG_IGN);
+#endif
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
 #endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QLatin1String(velantor::organizationName));

@@ -1,6 +1,8 @@
 #include "recorder/TStudyRecorder.h"
 
+#include "acq/AcqChannels.h"
 #include "acq/TAcqDevice.h"
+#include "analysis/signals/TChannel.h"
 #include "study/Study.h"
 #include "study/TEcgFile.h"
 #include "study/TRampProtocol.h"
@@ -84,10 +86,17 @@ bool TStudyRecorder::isAnyElectrodeOff()
                        [this](const char* name) { return m_driver.isElectrodeOff(name); });
 }
 
+bool TStudyRecorder::isChannelSaturated(int channel)
+{
+    const TChannel* const recorded = m_rawSignal->channel(channel);
+    // A device that delivers some of its channels counts them all.
+    return recorded && m_driver.isChannelSaturated(acq::placeOfChannel(recorded->name().constData()));
+}
+
 bool TStudyRecorder::isAnyChannelSaturated()
 {
     for (int channel = 0; channel < m_rawSignal->channelCount(); ++channel) {
-        if (m_driver.isChannelSaturated(channel))
+        if (isChannelSaturated(channel))
             return true;
     }
     return false;

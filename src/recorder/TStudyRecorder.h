@@ -66,6 +66,8 @@ public:
 
     /// Whether an electrode is off; electrodes are asked in the order of their weight for the leads.
     bool isAnyElectrodeOff();
+    /// A channel of the recording, whichever of the device's it is.
+    bool isChannelSaturated(int channel);
     bool isAnyChannelSaturated();
     /// A voltage that is known and below the level.
     bool batteryIsLow();

@@ -3,11 +3,13 @@
 #include "analysis/signals/TChannel.h"
 #include "base/Constants.h"
 #include "base/Error.h"
+#include "base/Text.h"
 #include "study/Study.h"
 #include "study/StudyFiles.h"
 #include "study/TBeatFile.h"
 #include "study/TEcgFile.h"
 
+#include <QDateTime>
 #include <QFile>
 
 #include <algorithm>
@@ -67,7 +69,24 @@ std::unique_ptr<TEcgFile> createEcgFile(const QString& path, const StudyInfo& in
     return ecg;
 }
 
+bool isTaken(const QString& folder, const QByteArray& baseFilename)
+{
+    const std::array extensions{velantor::studyExtension, velantor::ecgExtension, velantor::beatsExtension};
+    return std::any_of(extensions.begin(), extensions.end(), [&](const char* extension) {
+        return QFile::exists(studyFilePath(folder, baseFilename, extension));
+    });
+}
+
 } // namespace
+
+void findFreeName(StudyInfo& info, const QString& folder)
+{
+    constexpr int mostSeconds = 24 * 60 * 60;
+    const QString form = QStringLiteral("yyyyMMddHHmmss");
+    const QDateTime time = QDateTime::fromString(velantor::fromText(info.studyDateTime), form);
+    for (int i = 1; time.isValid() && i <= mostSeconds && isTaken(folder, makeBaseFilename(info)); ++i)
+        info.studyDateTime = velantor::toText(time.addSecs(i).toString(form));
+}
 
 std::unique_ptr<Study> createStudyFiles(const QString& folder, const StudyInfo& info)
 {

@@ -4,6 +4,7 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "study/Study.h"
+#include "study/StudyCreation.h"
 #include "study/StudyDatabase.h"
 #include "study/StudyFiles.h"
 #include "study/TBeatFile.h"
@@ -13,7 +14,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -107,24 +107,6 @@ void fillAcquisition(StudyInfo& info, const TResampledRecord& record)
         info.channelNames += ',' + record.channelNames()[i];
 }
 
-bool isTaken(const StudyDatabase& database, const StudyInfo& info)
-{
-    const std::array extensions{velantor::studyExtension, velantor::ecgExtension, velantor::beatsExtension};
-    return std::any_of(extensions.begin(), extensions.end(), [&](const char* extension) {
-        return QFile::exists(studyFilePath(database.folder(), makeBaseFilename(info), extension));
-    });
-}
-
-/// One record imported twice, or two within a second, must not bar each other's way.
-void findFreeName(StudyInfo& info, const StudyDatabase& database)
-{
-    constexpr int mostSeconds = 24 * 60 * 60;
-    const QString form = QStringLiteral("yyyyMMddHHmmss");
-    const QDateTime time = QDateTime::fromString(velantor::fromText(info.studyDateTime), form);
-    for (int i = 1; time.isValid() && i <= mostSeconds && isTaken(database, info); ++i)
-        info.studyDateTime = timeText(time.addSecs(i));
-}
-
 void copySamples(TResampledRecord& record, TEcgFile& ecg)
 {
     constexpr int block = 4096;
@@ -153,7 +135,7 @@ StudyInfo importWfdb(StudyDatabase& database, const QString& recordPath, StudyIn
     const QDateTime recorded = record.header().baseTime;
     fillTexts(fields, recordPath, recorded.isValid() ? recorded : QDateTime::currentDateTime());
     fillAcquisition(fields, resampled);
-    findFreeName(fields, database);
+    findFreeName(fields, database.folder());
 
     TNewStudy study(database, fields);
     copySamples(resampled, study.ecg());

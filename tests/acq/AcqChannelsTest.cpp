@@ -35,6 +35,14 @@ private Q_SLOTS:
         QCOMPARE(names(-1, -3), QString());
     }
 
+    void eachChannelIsFoundAtItsPlace()
+    {
+        for (int i = 0; i < int(std::size(acq::channelNames)); ++i)
+            QCOMPARE(acq::placeOfChannel(acq::channelNames[i]), i);
+        for (const char* name : {"", "v5", "V7", "II "})
+            QCOMPARE(acq::placeOfChannel(name), -1);
+    }
+
 private:
     static QString names(int mask, int channels)
     {

@@ -308,6 +308,36 @@ private Q_SLOTS:
         QTRY_COMPARE(frameCounts(), (QVector<int>{2500, 2500, 2500}));
     }
 
+    void aLargestBlockCutsALongQueue()
+    {
+        m_pump->setLargestBlock(100);
+        m_device->pushFrames(3 * 100 + 51);
+        m_pump->start();
+        QTRY_COMPARE(frameCounts(), (QVector<int>{100, 100, 100, 51}));
+        std::vector<char> all;
+        for (const QVector<char>& block : m_log->blocks())
+            all.insert(all.end(), block.begin(), block.end());
+        QCOMPARE(all, m_device->frames(0, 351));
+    }
+
+    void theLargestBlockIsNeverBelowTheLeast()
+    {
+        m_pump->setLargestBlock(1);
+        m_device->pushFrames(3 * 51 + 50);
+        m_pump->start();
+        QTRY_COMPARE(frameCounts(), (QVector<int>{51, 51, 51}));
+        QTest::qWait(30);
+        QCOMPARE(m_device->bytesAvailable(), 50 * m_device->frameBytes());
+    }
+
+    void aLargestBlockBeyondFiveSecondsChangesNothing()
+    {
+        m_pump->setLargestBlock(100000);
+        m_device->pushFrames(2500 + 60);
+        m_pump->start();
+        QTRY_COMPARE(frameCounts(), (QVector<int>{2500, 60}));
+    }
+
 private:
     bool ended()
     {

@@ -22,7 +22,8 @@ const QStringList commandNames{
     QStringLiteral("list"),   QStringLiteral("show"),     QStringLiteral("samples"),
     QStringLiteral("export"), QStringLiteral("import"),   QStringLiteral("protocols"),
     QStringLiteral("delete"), QStringLiteral("archives"), QStringLiteral("rebuild"),
-    QStringLiteral("filter"), QStringLiteral("analyse"),  QStringLiteral("import-wfdb")};
+    QStringLiteral("filter"), QStringLiteral("analyse"),  QStringLiteral("import-wfdb"),
+    QStringLiteral("record")};
 
 } // namespace
 
