@@ -159,7 +159,7 @@ def notch(n, rate, frequency, gains, first):
         conditions.gain(frequency - distance, gain).gain(frequency + distance, gain)
     rows = gain_rows(n, rate, grid)
     normal = (rows.T * weights) @ rows
-    fit = np.linalg.solve(normal, rows.T @ np.where(grid == frequency, 0, weights))
+    fit = np.linalg.solve(normal, rows.T @ weights)
     rows = np.array(conditions.rows)
     missing = np.array(conditions.values) - rows @ fit
     give = np.linalg.solve(normal, rows.T)

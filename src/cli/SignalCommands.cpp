@@ -34,7 +34,8 @@ template <typename Chain> void applySwitches(Chain& chain, const TOptions& optio
     chain.apply(options.has("--notch"), options.has("--muscle"), options.has("--baseline"));
 }
 
-/// One channel of a recording, fed as a device would, through the chain that runs while recording.
+/// One channel of a recording, fed in pieces of 4096 samples through the chain that runs while recording. It
+/// runs at the recording's own rate, so that samples keep their positions; the live display halves 1000 Hz.
 class TReplay
 {
 public:
@@ -118,7 +119,9 @@ void filter(TCommandContext& context)
 constexpr TOption filterOptions[] = {{"--notch"}, {"--muscle"}, {"--baseline"}, {"--realtime"}};
 
 constexpr TCommand commands[] = {
-    {"filter", "ID CHANNEL FROM COUNT", "samples as they are drawn, with the filters that are switched on",
+    {"filter", "ID CHANNEL FROM COUNT",
+     "samples as they are drawn, with the filters that are switched on;\n"
+     "      --realtime works at the recording's rate, the live display at 500 Hz",
      filter, filterOptions},
 };
 

@@ -28,7 +28,8 @@ public:
     // Names take effect with the next `apply`.
     /// Only "50hz" is known.
     void setNotchName(const QByteArray& name) { m_notchName = name; }
-    /// "25hz" or "40hz"; any other gives a filter without coefficients, whose output is 0.
+    /// "25hz" or "40hz" at 500 and 1000 samples per second, where any other name gives a filter without
+    /// coefficients, whose output is 0. At 250 one filter serves for all names; at other rates there is none.
     void setMuscleName(const QByteArray& name) { m_muscleName = name; }
 
     /// Builds the chain anew; signals that `current` gave before are gone. Throws TError "pendiente - filtro

@@ -5,6 +5,8 @@
 #include "analysis/signals/TFirStreamDouble.h"
 #include "analysis/signals/TInt16Signal.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr char baselineFilterFft[] = "fft";
@@ -43,6 +45,7 @@ void TRealtimeFilterChain::clear()
         *stage = {};
     m_current = m_input;
     m_startPosition = m_input->oldestSample();
+    m_taken = m_startPosition;
 }
 
 void TRealtimeFilterChain::addBaseline()
@@ -82,8 +85,12 @@ std::unique_ptr<TSignal> TRealtimeFilterChain::makeRing() const
 
 void TRealtimeFilterChain::update()
 {
-    for (const TStage* const stage : {&m_highPass, &m_notch, &m_muscle, &m_baseline}) {
-        if (stage->stream)
-            stage->stream->run();
+    // In turns: what a stage gives at once must not push out of its ring what the next one has yet to read.
+    while (m_taken < m_input->sampleCount()) {
+        m_taken += std::min(m_input->blockSize(), m_input->sampleCount() - m_taken);
+        for (const TStage* const stage : {&m_highPass, &m_notch, &m_muscle, &m_baseline}) {
+            if (stage->stream)
+                stage->stream->runTo(m_taken);
+        }
     }
 }

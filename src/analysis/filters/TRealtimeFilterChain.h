@@ -8,10 +8,12 @@
 class TSignal;
 class TStreamProcessor;
 
-/// The filters that a user switches while recording: a live signal goes through FIR streams one behind the
-/// other, each into a ring of its own of 100 blocks. All of them stay in step with the input and end a fixed
-/// time before its newest sample: half the length of each table that is in the chain. At 500 samples per
-/// second a high-pass is always part of it. Main thread only.
+/// The filters that a user switches while recording: a live signal goes through streams one behind the other,
+/// each into a ring of its own of 100 blocks. The output is in step with the input and ends before its newest
+/// sample: by half the length of each table that is in the chain, and in the mode "fft" by 480 to 543 samples
+/// more, for that stage gives 64 at a time. At 500 samples per second a high-pass is always part of it. A
+/// stage reads the ring before it as far back as its table is long, at most 1355 samples: blocks of 14
+/// samples or more keep them. Main thread only.
 class TRealtimeFilterChain
 {
 public:
@@ -24,7 +26,8 @@ public:
     // Names take effect with the next `apply`.
     /// "50hz" or "60hz"; any other leaves the stage out.
     void setNotchName(const QByteArray& name) { m_notchName = name; }
-    /// "25hz" or "40hz"; any other gives a filter without coefficients, whose output is 0.
+    /// "25hz" or "40hz" at 500 and 1000 samples per second, where any other name gives a filter without
+    /// coefficients, whose output is 0. At 250 one filter serves for all names; at other rates there is none.
     void setMuscleName(const QByteArray& name) { m_muscleName = name; }
     /// "fir" or "fft"; any other leaves the stage out.
     void setBaselineMode(const QByteArray& mode) { m_baselineMode = mode; }
@@ -33,7 +36,7 @@ public:
     /// that the input holds, and the output counts its samples from 0 again.
     void apply(bool notch, bool muscle, bool baseline);
 
-    /// Takes what the input has got since.
+    /// Takes what the input has got since, any amount of it that the input still holds.
     void update();
 
     /// The end of the chain; the input itself if nothing is to be done.
@@ -64,6 +67,7 @@ private:
     TSignal* m_input;
     TSignal* m_current;
     int m_startPosition = 0;
+    int m_taken = 0; ///< samples of the input up to here have been given to the chain
     QByteArray m_notchName;
     QByteArray m_muscleName;
     QByteArray m_baselineMode;

@@ -3,7 +3,6 @@
 #include "analysis/signals/TSignal.h"
 
 #include <algorithm>
-#include <limits>
 
 TFirStreamBase::TFirStreamBase(const std::vector<double>& coefficients, int delay)
     : m_delay(std::max(delay, 0))
@@ -15,16 +14,10 @@ TFirStreamBase::TFirStreamBase(const std::vector<double>& coefficients, int dela
 
 void TFirStreamBase::run()
 {
-    runTo(std::numeric_limits<int>::max());
-}
-
-void TFirStreamBase::runTo(int end)
-{
     if (!source() || !sink())
         return;
-    const auto ready = [&] { return std::min(available(), end - position()) - m_delay; };
-    while (ready() > 0) {
-        const int frames = std::min(ready(), TFrameBuffer::maxFrames);
+    while (available() > m_delay) {
+        const int frames = std::min(available() - m_delay, TFrameBuffer::maxFrames);
         m_output.prepare(source()->channelCount(), frames);
         for (int channel = 0; channel < source()->channelCount(); ++channel)
             convolve(channel, frames, m_output.row(channel));

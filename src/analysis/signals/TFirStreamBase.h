@@ -9,8 +9,6 @@ class TFirStreamBase : public TStreamProcessor
 {
 public:
     void run() override;
-    /// The same, but takes nothing from the sample index `end` of the source on.
-    void runTo(int end);
 
     /// Samples by which the output runs ahead of a causal filter: the output for a position needs the source
     /// up to `position` + `delay()`.

@@ -59,7 +59,7 @@ void TSampleReader::extremes(qint64 first, qint64 last, int* low, int* high)
 
 bool TSampleReader::isInBlock(qint64 first, qint64 last) const
 {
-    return m_block && first >= m_base && last < m_base + m_blockSize;
+    return m_block && first >= m_base && last < m_blockEnd;
 }
 
 bool TSampleReader::lockBlockOf(qint64 index)
@@ -67,6 +67,7 @@ bool TSampleReader::lockBlockOf(qint64 index)
     release();
     const int block = static_cast<int>(index / m_blockSize);
     m_base = static_cast<qint64>(block) * m_blockSize;
+    m_blockEnd = std::min<qint64>(m_base + m_blockSize, m_signal->sampleCount());
     m_block = m_signal->lockBlock(m_channel, block);
     return m_block != nullptr;
 }
@@ -98,7 +99,8 @@ bool TSampleReader::readChunk(qint64 first, qint64 last)
 
 int TSampleReader::sample(qint64 index)
 {
-    if (index < 0 || index > maxIndex)
+    // What a block holds behind the signal's end is none of its samples.
+    if (index < 0 || index >= m_signal->sampleCount())
         return 0;
     if (isInBlock(index, index) || (m_byBlock && lockBlockOf(index)))
         return m_block[index - m_base];

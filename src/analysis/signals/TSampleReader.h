@@ -37,6 +37,7 @@ private:
     /// Absolute index of the first sample of the locked block or of the chunk.
     qint64 m_base = 0;
     const short* m_block = nullptr;
+    qint64 m_blockEnd = 0;
     int m_chunkLength = 0;
     std::array<int, 512> m_chunk;
 };

@@ -3,7 +3,6 @@
 #include "analysis/signals/TSignal.h"
 
 #include <algorithm>
-#include <limits>
 
 void TStreamProcessor::attach(TSignal* source, int position)
 {
@@ -11,8 +10,15 @@ void TStreamProcessor::attach(TSignal* source, int position)
     m_position = std::max(position, 0);
 }
 
+void TStreamProcessor::runTo(int end)
+{
+    m_end = end;
+    run();
+    m_end = std::numeric_limits<int>::max();
+}
+
 int TStreamProcessor::available() const
 {
-    const qint64 beyond = static_cast<qint64>(m_source->sampleCount()) - m_position;
+    const qint64 beyond = static_cast<qint64>(std::min(m_source->sampleCount(), m_end)) - m_position;
     return static_cast<int>(std::clamp<qint64>(beyond, 0, std::numeric_limits<int>::max()));
 }

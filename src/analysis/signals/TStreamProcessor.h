@@ -1,5 +1,7 @@
 #pragma once
 
+#include <limits>
+
 class TSignal;
 
 /// Consumes a signal as it grows and appends what it computes to another one. Both are borrowed and outlive
@@ -18,6 +20,8 @@ public:
     /// Consumes what the source has beyond `position()`; does nothing without source or sink. The sink gets
     /// the frames in pieces rather than one by one, so its listeners are told once per piece.
     virtual void run() = 0;
+    /// The same, but takes nothing from the sample index `end` of the source on.
+    void runTo(int end);
 
     /// The sink should have the source's number of channels; further ones get 0.
     void setSink(TSignal* sink) { m_sink = sink; }
@@ -29,11 +33,12 @@ public:
 
 protected:
     void setPosition(int position) { m_position = position; }
-    /// Samples of the source beyond `position()`.
+    /// Samples of the source beyond `position()`, as far as this run may take them.
     int available() const;
 
 private:
     TSignal* m_source = nullptr;
     TSignal* m_sink = nullptr;
     int m_position = 0;
+    int m_end = std::numeric_limits<int>::max();
 };

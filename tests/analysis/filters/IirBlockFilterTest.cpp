@@ -120,7 +120,7 @@ private Q_SLOTS:
 
     void backwardItStartsAtTheEndOfTheLaterMargin()
     {
-        // Forward nothing but the sample, backward sums: y[i] = x[i] / 1 with a recursion only of the past.
+        // y[i] = x[i] + y[i - 1]: sums in both directions.
         TStoredSignal source(4, {{1, 0, 0, 0, 0, 0, 0, 0}});
         TIirBlockFilter filter({{1.0}, {1.0}}, 2, true);
         TFilteredSignal view(&source, &filter);
@@ -192,23 +192,73 @@ private Q_SLOTS:
         }
     }
 
-    void halfThePowerPassesWhereItShould()
+    void theHighPassHasHalfThePowerAtAQuarterOfAHertz()
     {
         const double half = std::sqrt(0.5);
         const auto& high = velantor::highPassRecursion(500)->coefficients;
         QVERIFY(std::abs(gainOf(high, 500, 0.25) - half) < 0.005);
         QVERIFY(gainOf(high, 500, 0.0) < 1e-6);
         QVERIFY(std::abs(gainOf(high, 500, 5.0) - 1.0) < 0.001);
+    }
+
+    void theNotchStopsTheMainsAndTheirDouble_data()
+    {
+        gainColumns();
+        const double half = std::sqrt(0.5);
         for (const int rate : {500, 1000}) {
             const auto& notch = velantor::notchRecursion(rate)->coefficients;
-            QVERIFY(gainOf(notch, rate, 50.0) < 0.02);
-            QVERIFY(std::abs(gainOf(notch, rate, 48.0) - half) < 0.02);
-            QVERIFY(std::abs(gainOf(notch, rate, 52.0) - half) < 0.02);
-            QVERIFY(std::abs(gainOf(notch, rate, 10.0) - 1.0) < 0.001);
-            const auto& baseline = velantor::baselineRecursion(rate)->coefficients;
-            QVERIFY(std::abs(gainOf(baseline, rate, 10.0) - 1.0) < 0.001);
+            for (const auto& [frequency, gain] : {std::pair(10.0, 1.0),
+                                                  {48.0, half},
+                                                  {52.0, half},
+                                                  {75.0, 0.993},
+                                                  {98.0, 0.706},
+                                                  {102.0, 0.706},
+                                                  {150.0, 0.999}})
+                QTest::addRow("%g Hz at %d", frequency, rate) << notch << rate << frequency << gain;
         }
-        QVERIFY(std::abs(gainOf(velantor::baselineRecursion(500)->coefficients, 500, 0.75) - half) < 0.02);
+        const auto& at500 = velantor::notchRecursion(500)->coefficients;
+        const auto& at1000 = velantor::notchRecursion(1000)->coefficients;
+        QTest::newRow("50 Hz at 500") << at500 << 500 << 50.0 << 0.017;
+        QTest::newRow("50 Hz at 1000") << at1000 << 1000 << 50.0 << 0.019;
+        QTest::newRow("100 Hz at 500") << at500 << 500 << 100.0 << 0.004;
+        QTest::newRow("100 Hz at 1000") << at1000 << 1000 << 100.0 << 0.009;
+    }
+
+    void theNotchStopsTheMainsAndTheirDouble() { compareGain(); }
+
+    void theBaselineFilterStopsWhatIsSlow_data()
+    {
+        gainColumns();
+        const auto& at500 = velantor::baselineRecursion(500)->coefficients;
+        const auto& at1000 = velantor::baselineRecursion(1000)->coefficients;
+        QTest::newRow("0.25 Hz at 500") << at500 << 500 << 0.25 << 0.012;
+        QTest::newRow("0.5 Hz at 500") << at500 << 500 << 0.5 << 0.194;
+        QTest::newRow("0.75 Hz at 500") << at500 << 500 << 0.75 << 0.707;
+        QTest::newRow("10 Hz at 500") << at500 << 500 << 10.0 << 1.0;
+        QTest::newRow("0.25 Hz at 1000") << at1000 << 1000 << 0.25 << 0.144;
+        QTest::newRow("0.5 Hz at 1000") << at1000 << 1000 << 0.5 << 0.508;
+        QTest::newRow("0.75 Hz at 1000") << at1000 << 1000 << 0.75 << 0.806;
+        QTest::newRow("10 Hz at 1000") << at1000 << 1000 << 10.0 << 1.0;
+    }
+
+    void theBaselineFilterStopsWhatIsSlow() { compareGain(); }
+
+private:
+    static void gainColumns()
+    {
+        QTest::addColumn<TIirCoefficients>("table");
+        QTest::addColumn<int>("rate");
+        QTest::addColumn<double>("frequency");
+        QTest::addColumn<double>("gain");
+    }
+
+    static void compareGain()
+    {
+        QFETCH(TIirCoefficients, table);
+        QFETCH(int, rate);
+        QFETCH(double, frequency);
+        QFETCH(double, gain);
+        QVERIFY(std::abs(gainOf(table, rate, frequency) - gain) < 0.001);
     }
 };
 

@@ -5,7 +5,7 @@
 
 #include <map>
 
-/// The recursive block filter word by word: every value under its offset, 0 where there is none.
+/// The recursive block filter by its definition: every value under its offset, 0 where there is none.
 class TNaiveIir
 {
 public:
