@@ -59,6 +59,21 @@ TMarkedBeat markedComplex(const TAverageBeatDelineator& waves, int rOffset, cons
     return beat;
 }
 
+/// Takes the times of the beats that are valid.
+class TTimeLog : public TBeatListener
+{
+public:
+    explicit TTimeLog(std::vector<double>& times) : m_times(times) {}
+    void beatFound(const TBeat& beat) override
+    {
+        if (beat.valid())
+            m_times.push_back(beat.value(TBeat::beatTime));
+    }
+
+private:
+    std::vector<double>& m_times;
+};
+
 } // namespace
 
 TRecordFindings analyseRecord(TSignal& signal, int blockFrames)
@@ -68,15 +83,12 @@ TRecordFindings analyseRecord(TSignal& signal, int blockFrames)
     findings.leads.resize(signal.channelCount());
     TBeatChainSettings settings;
     settings.refine = false;
-    TStoredAnalysis analysis(signal, settings);
+    TTimeLog log(findings.beats);
+    TStoredAnalysis analysis(signal, settings, &log);
     analysis.setCandidateObserver([&](int channel, const TChannelBeat& candidate) {
         findings.leads[channel].push_back(markedBeat(candidate, analysis.analysisSignal()));
     });
     analysis.run(blockFrames);
-    for (const TBeat& beat : analysis.beats()) {
-        if (beat.valid())
-            findings.beats.push_back(beat.value(TBeat::beatTime));
-    }
     // A premature beat may have waited for the one behind it.
     std::sort(findings.beats.begin(), findings.beats.end());
     for (std::vector<TMarkedBeat>& lead : findings.leads)
