@@ -1,7 +1,9 @@
 #include "accuracy/Analysis.h"
 
+#include "analysis/delineation/TSlopeDelineator.h"
 #include "analysis/detection/TStoredAnalysis.h"
 #include "analysis/signals/TChannel.h"
+#include "analysis/signals/Truncation.h"
 
 #include <algorithm>
 
@@ -40,13 +42,17 @@ bool isEarlier(const TMarkedBeat& a, const TMarkedBeat& b)
     return a.r < b.r;
 }
 
+/// Seconds from R of a place in the average complex; empty for one that was not found.
+std::optional<double> timeFromR(int place, int rOffset, const TSignal& signal)
+{
+    constexpr int notFound = 0;
+    static_assert(notFound == TAverageBeatDelineator::notFound && notFound == TSlopeDelineator::notFound);
+    return place != notFound ? std::optional<double>(signal.timeOf(place - rOffset)) : std::nullopt;
+}
+
 TMarkedBeat markedComplex(const TAverageBeatDelineator& waves, int rOffset, const TSignal& signal)
 {
-    const auto time = [&](int place) {
-        return place != TAverageBeatDelineator::notFound
-                   ? std::optional<double>(signal.timeOf(place - rOffset))
-                   : std::nullopt;
-    };
+    const auto time = [&](int place) { return timeFromR(place, rOffset, signal); };
     TMarkedBeat beat;
     beat.marks[POnset] = time(waves.pOnset());
     beat.marks[PPeak] = time(waves.pPeak());
@@ -59,6 +65,37 @@ TMarkedBeat markedComplex(const TAverageBeatDelineator& waves, int rOffset, cons
     return beat;
 }
 
+TMarkedBeat reviewMarks(TAverageBeat& average, int channel, const TSignal& signal)
+{
+    TSlopeDelineator markers;
+    const int rate = signal.samplingRate();
+    markers.analyse(average.complex(channel), rate, average.rOffset(),
+                    velantor::truncated<int>(average.meanRR() * rate));
+    const auto time = [&](int place) { return timeFromR(place, average.rOffset(), signal); };
+    TMarkedBeat beat;
+    beat.marks[POnset] = time(markers.pOnset());
+    beat.marks[POffset] = time(markers.pOffset());
+    beat.marks[QrsOnset] = time(markers.qrsOnset());
+    beat.marks[QrsOffset] = time(markers.qrsOffset());
+    beat.marks[TOffset] = time(markers.tOffset());
+    return beat;
+}
+
+/// Takes the times of the beats that are valid.
+class TTimeLog : public TBeatListener
+{
+public:
+    explicit TTimeLog(std::vector<double>& times) : m_times(times) {}
+    void beatFound(const TBeat& beat) override
+    {
+        if (beat.valid())
+            m_times.push_back(beat.value(TBeat::beatTime));
+    }
+
+private:
+    std::vector<double>& m_times;
+};
+
 } // namespace
 
 TRecordFindings analyseRecord(TSignal& signal, int blockFrames)
@@ -68,15 +105,12 @@ TRecordFindings analyseRecord(TSignal& signal, int blockFrames)
     findings.leads.resize(signal.channelCount());
     TBeatChainSettings settings;
     settings.refine = false;
-    TStoredAnalysis analysis(signal, settings);
+    TTimeLog log(findings.beats);
+    TStoredAnalysis analysis(signal, settings, &log);
     analysis.setCandidateObserver([&](int channel, const TChannelBeat& candidate) {
         findings.leads[channel].push_back(markedBeat(candidate, analysis.analysisSignal()));
     });
     analysis.run(blockFrames);
-    for (const TBeat& beat : analysis.beats()) {
-        if (beat.valid())
-            findings.beats.push_back(beat.value(TBeat::beatTime));
-    }
     // A premature beat may have waited for the one behind it.
     std::sort(findings.beats.begin(), findings.beats.end());
     for (std::vector<TMarkedBeat>& lead : findings.leads)
@@ -93,11 +127,13 @@ TAverageFindings analyseAverage(TSignal& signal, double end)
     analysis.run();
     TAverageBeat& average = analysis.averageBeat();
     findings.beats = average.averagedTimes();
+    findings.leadNames = namesOf(signal);
     if (findings.beats.empty())
         return findings;
-    findings.leadNames = namesOf(signal);
-    for (int channel = 0; channel < signal.channelCount(); ++channel)
+    for (int channel = 0; channel < signal.channelCount(); ++channel) {
         findings.leads.push_back(markedComplex(analysis.delineate(channel), average.rOffset(), signal));
+        findings.reviewLeads.push_back(reviewMarks(average, channel, signal));
+    }
     return findings;
 }
 

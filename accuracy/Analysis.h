@@ -10,7 +10,7 @@ namespace accuracy {
 /// candidates as they were found before the channels were merged.
 TRecordFindings analyseRecord(TSignal& signal, int blockFrames);
 
-/// The average beat over the last 20 s before `end` seconds, and its waves.
+/// The average beat over the last 20 s before `end` seconds, its waves and what a review begins with.
 TAverageFindings analyseAverage(TSignal& signal, double end);
 
 } // namespace accuracy

@@ -80,24 +80,80 @@ double medianOf(std::vector<double> values)
     return *middle;
 }
 
+/// R of the beats whose marks make the reference: those that were averaged, or if there are none all.
+std::vector<double> referenceTimes(const std::vector<double>& marked, const std::vector<double>& averaged)
+{
+    return averaged.empty() ? marked : averaged;
+}
+
 /// The medians of the marks of those beats that were averaged, relative to their R in the average.
 TMarkedBeat medianBeat(const std::vector<TMarkedBeat>& reference, const std::vector<double>& averaged)
 {
     std::vector<double> r;
     for (const TMarkedBeat& beat : reference)
         r.push_back(beat.r);
-    const std::vector<int> places = matchBeats(r, averaged);
+    const std::vector<double> times = referenceTimes(r, averaged);
+    const std::vector<int> places = matchBeats(r, times);
     TMarkedBeat result;
     for (int mark = 0; mark < markCount; ++mark) {
         std::vector<double> distances;
         for (std::size_t i = 0; i < reference.size(); ++i) {
             if (places[i] >= 0 && reference[i].marks[mark])
-                distances.push_back(*reference[i].marks[mark] - averaged[places[i]]);
+                distances.push_back(*reference[i].marks[mark] - times[places[i]]);
         }
         if (!distances.empty())
             result.marks[mark] = medianOf(distances);
     }
     return result;
+}
+
+/// One way to measure the average, and the marks that it gives.
+struct TMeasurement
+{
+    const char* name;
+    std::vector<TMarkedBeat> TAverageFindings::*leads;
+    std::vector<TMark> marks;
+};
+
+const TMeasurement measurements[]{
+    {"average beat",
+     &TAverageFindings::leads,
+     {POnset, PPeak, POffset, QrsOnset, QrsOffset, TOnset, TPeak, TOffset}},
+    {"review markers", &TAverageFindings::reviewLeads, {POnset, POffset, QrsOnset, QrsOffset, TOffset}},
+};
+
+TMarkedBeat withMarks(const TMarkedBeat& beat, const std::vector<TMark>& marks)
+{
+    TMarkedBeat result;
+    result.r = beat.r;
+    for (const TMark mark : marks)
+        result.marks[mark] = beat.marks[mark];
+    return result;
+}
+
+/// The reference of one or all leads and what was found there.
+TMarkScores scoreMedians(const std::vector<TMarkedBeat>& reference, const std::vector<TMarkedBeat>& found,
+                         const TAverageFindings& findings, const TMeasurement& measurement)
+{
+    std::vector<std::vector<TMarkedBeat>> leads;
+    for (const TMarkedBeat& lead : found)
+        leads.push_back({lead});
+    return scoreMarks({withMarks(medianBeat(reference, findings.beats), measurement.marks)}, leads);
+}
+
+TMarkScores scoreLeadMedians(const TLeadReferences& references, const TAverageFindings& findings,
+                             const TMeasurement& measurement)
+{
+    const std::vector<TMarkedBeat>& beats = findings.*measurement.leads;
+    TMarkScores scores;
+    for (std::size_t i = 0; i < references.leads.size(); ++i) {
+        const auto lead = findLead(findings.leadNames, references.endings[static_cast<int>(i)]);
+        std::vector<TMarkedBeat> found;
+        if (lead && *lead < beats.size())
+            found.push_back(beats[*lead]);
+        scores += scoreMedians(references.leads[i], found, findings, measurement);
+    }
+    return scores;
 }
 
 } // namespace
@@ -119,25 +175,17 @@ std::optional<double> endOfMarkedWaves(const TRecordPlace& record)
 void scoreAverage(const TRecordPlace& record, const TAverageFindings& findings, TReport& report)
 {
     const double frequency = record.frequency();
-    const QByteArray set = record.set + ", average beat";
-    if (record.hasAnnotations(waveEnding)) {
-        const auto waves = readMarks(record.annotations(waveEnding), frequency);
-        std::vector<std::vector<TMarkedBeat>> leads;
-        for (const TMarkedBeat& lead : findings.leads)
-            leads.push_back({lead});
-        report.addMarks(set, record.name, scoreMarks({medianBeat(waves, findings.beats)}, leads));
-    }
     const TLeadReferences references = readLeads(record, frequency);
-    if (references.leads.empty())
-        return;
-    TMarkScores scores;
-    for (std::size_t i = 0; i < references.leads.size(); ++i) {
-        const auto lead = findLead(findings.leadNames, references.endings[static_cast<int>(i)]);
-        if (lead)
-            scores +=
-                scoreMarks({medianBeat(references.leads[i], findings.beats)}, {{findings.leads[*lead]}});
+    for (const TMeasurement& measurement : measurements) {
+        const QByteArray set = record.set + ", " + measurement.name;
+        if (record.hasAnnotations(waveEnding)) {
+            const auto waves = readMarks(record.annotations(waveEnding), frequency);
+            report.addMarks(set, record.name,
+                            scoreMedians(waves, findings.*measurement.leads, findings, measurement));
+        }
+        if (!references.leads.empty())
+            report.addMarks(set, record.name, scoreLeadMedians(references, findings, measurement));
     }
-    report.addMarks(set, record.name, scores);
 }
 
 } // namespace accuracy

@@ -31,6 +31,8 @@ struct TAverageFindings
     std::vector<double> beats; ///< R of the beats that were averaged, seconds
     std::vector<QByteArray> leadNames;
     std::vector<TMarkedBeat> leads; ///< one beat a channel; empty without an average
+    /// The same beat with the marks that a review begins with.
+    std::vector<TMarkedBeat> reviewLeads;
 };
 
 /// Where in a record the waves of single beats end to be marked, in seconds; an average of the 20 s before
@@ -38,7 +40,8 @@ struct TAverageFindings
 std::optional<double> endOfMarkedWaves(const TRecordPlace& record);
 
 /// Holds the average against the medians of what people marked in the beats that it is made of, under the
-/// name of the set and "average beat". The leads are scored as those of single beats are.
+/// name of the set and "average beat"; what a review begins with under "review markers". The leads are scored
+/// as those of single beats are. Without an average, or without the channel of a lead, its marks are missed.
 void scoreAverage(const TRecordPlace& record, const TAverageFindings& findings, TReport& report);
 
 } // namespace accuracy

@@ -1,3 +1,4 @@
+#include "analysis/detection/TBeatListener.h"
 #include "analysis/detection/TStoredAnalysis.h"
 #include "analysis/signals/TChannel.h"
 #include "base/Text.h"
@@ -9,7 +10,6 @@
 #include "study/TEcgFile.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 
 #include <limits>
 
@@ -118,19 +118,16 @@ QJsonObject describe(TStoredAnalysis& analysis, const TSignal& signal)
             {QLatin1String("delineation"), describeDelineation(analysis, signal.channelCount())}};
 }
 
-/// Text of the object with the beats, which may be many, put together beat by beat.
-QByteArray jsonText(const QJsonObject& object, const std::vector<TBeat>& beats)
+/// Writes the beats of a recording as they are found: a long one has more than should be held at once.
+class TBeatWriter : public TBeatListener
 {
-    QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    text.chop(1);
-    text += ",\"beats\":[";
-    for (std::size_t i = 0; i < beats.size(); ++i) {
-        if (i > 0)
-            text += ',';
-        text += QJsonDocument(describeBeat(beats[i])).toJson(QJsonDocument::Compact);
-    }
-    return text + "]}";
-}
+public:
+    explicit TBeatWriter(TJsonOutput& output) : m_output(output) {}
+    void beatFound(const TBeat& beat) override { m_output.writeListed(describeBeat(beat)); }
+
+private:
+    TJsonOutput& m_output;
+};
 
 TBeatChainSettings settingsOf(const TOptions& options)
 {
@@ -146,8 +143,14 @@ TBeatChainSettings settingsOf(const TOptions& options)
 
 int stepOf(const TOptions& options)
 {
-    return options.has("--block") ? parseNumber(options.value("--block"), "block", 1)
-                                  : TStoredAnalysis::defaultStep;
+    if (!options.has("--block"))
+        return TStoredAnalysis::defaultStep;
+    const int step = parseNumber(options.value("--block"), "block", 1);
+    if (step > TStoredAnalysis::maxStep)
+        throw TUsageError(QStringLiteral("%1 is not a valid block: %2 frames at most")
+                              .arg(step)
+                              .arg(TStoredAnalysis::maxStep));
+    return step;
 }
 
 void analyse(TCommandContext& context)
@@ -155,9 +158,12 @@ void analyse(TCommandContext& context)
     const TBeatChainSettings settings = settingsOf(context.options());
     const int step = stepOf(context.options());
     TEcgFile& ecg = *openStudy(context).ecg();
-    TStoredAnalysis analysis(ecg, settings);
+    TJsonOutput& output = context.output();
+    TBeatWriter writer(output);
+    TStoredAnalysis analysis(ecg, settings, &writer);
+    output.beginList("beats");
     analysis.run(step);
-    context.output().writeLine(jsonText(describe(analysis, ecg), analysis.beats()));
+    output.endList(describe(analysis, ecg));
 }
 
 constexpr TOption options[]{

@@ -6,6 +6,15 @@
 
 #include <cstdio>
 
+namespace {
+
+QByteArray textOf(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace
+
 TJsonOutput::TJsonOutput()
 {
     m_file.open(stdout, QIODevice::WriteOnly);
@@ -13,7 +22,7 @@ TJsonOutput::TJsonOutput()
 
 void TJsonOutput::writeLine(const QJsonObject& object)
 {
-    writeLine(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    writeLine(textOf(object));
 }
 
 void TJsonOutput::writeLine(const QByteArray& json)
@@ -35,6 +44,24 @@ void TJsonOutput::writeValues(int count, const std::function<int(int)>& valueAt)
         }
     }
     write(text + "]}\n");
+}
+
+void TJsonOutput::beginList(const char* name)
+{
+    m_isListEmpty = true;
+    write(QByteArray("{\"") + name + "\":[");
+}
+
+void TJsonOutput::writeListed(const QJsonObject& object)
+{
+    write((m_isListEmpty ? "" : ",") + textOf(object));
+    m_isListEmpty = false;
+}
+
+void TJsonOutput::endList(const QJsonObject& rest)
+{
+    // The brace of the rest was opened with the list.
+    write("]," + textOf(rest).mid(1) + '\n');
 }
 
 void TJsonOutput::finish()

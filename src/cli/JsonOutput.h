@@ -19,6 +19,12 @@ public:
     void writeLine(const QByteArray& json);
     /// {"values":[…]} of `count` whole numbers, fetched one by one, so that any length can be told.
     void writeValues(int count, const std::function<int(int)>& valueAt);
+    /// An object that begins with a list of objects, one line in the end. The list's objects are written as
+    /// they come, so that any number of them can be told; nothing else may be written in between.
+    void beginList(const char* name);
+    void writeListed(const QJsonObject& object);
+    /// Ends the list and the line with what else the object holds, at least one value.
+    void endList(const QJsonObject& rest);
     /// Hands everything to the operating system.
     void finish();
 
@@ -26,4 +32,5 @@ private:
     void write(const QByteArray& bytes);
 
     QFile m_file;
+    bool m_isListEmpty = true;
 };

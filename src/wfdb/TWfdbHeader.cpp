@@ -42,15 +42,27 @@ QStringList fieldsOf(const QString& line)
     return line.split(blanks);
 }
 
-/// The number that a field begins with; fields such as "360/250(0)" carry more behind it.
-double leadingNumber(const QString& field)
+/// A decimal number as a part of a form.
+const QString numberForm = QStringLiteral("([-+]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][-+]?[0-9]+)?)");
+
+double realIn(const QString& text)
 {
-    static const QRegularExpression number(QStringLiteral("^[-+]?[0-9]*\\.?[0-9]+(?:[eE][-+]?[0-9]+)?"));
-    const QRegularExpressionMatch match = number.match(field);
-    const double value = match.captured().toDouble();
-    if (!match.hasMatch() || !std::isfinite(value))
+    bool isNumber = false;
+    const double value = text.toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(value))
         fail();
     return value;
+}
+
+/// "360", "360/250(0)", "360(0)": a frequency of counters and their start may follow the first number.
+double frequencyIn(const QString& field)
+{
+    static const QRegularExpression form(QLatin1Char('^') + numberForm +
+                                         QStringLiteral("(?:/.*|\\(.*\\))?$"));
+    const QRegularExpressionMatch match = form.match(field);
+    if (!match.hasMatch())
+        fail();
+    return realIn(match.captured(1));
 }
 
 qint64 sampleCountIn(const QString& field)
@@ -109,7 +121,7 @@ int readRecordLine(TWfdbHeader& header, const QString& line)
     if (fields.size() < 2 || fields.at(0).contains(QLatin1Char('/')))
         fail();
     if (fields.size() > 2)
-        header.frequency = leadingNumber(fields.at(2));
+        header.frequency = frequencyIn(fields.at(2));
     if (fields.size() > 3)
         header.sampleCount = sampleCountIn(fields.at(3));
     header.baseTime = baseTimeIn(fields.mid(4, 2));
@@ -144,12 +156,12 @@ void readFormat(TWfdbSignal& signal, const QString& field)
 /// nobody measured.
 bool readGain(TWfdbSignal& signal, const QString& field)
 {
-    static const QRegularExpression form(
-        QStringLiteral("^([-+0-9.eE]+)(?:\\(([-+]?[0-9]+)\\))?(?:/(\\S+))?$"));
+    static const QRegularExpression form(QLatin1Char('^') + numberForm +
+                                         QStringLiteral("(?:\\(([-+]?[0-9]+)\\))?(?:/(\\S+))?$"));
     const QRegularExpressionMatch match = form.match(field);
     if (!match.hasMatch())
         fail();
-    const double gain = leadingNumber(match.captured(1));
+    const double gain = realIn(match.captured(1));
     if (gain != 0.0)
         signal.gain = gain;
     if (!match.captured(3).isEmpty())

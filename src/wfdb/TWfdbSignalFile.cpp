@@ -13,12 +13,23 @@ constexpr int missingSample212 = -2048;
 /// Two values of format 212 take so many bytes.
 constexpr int bytesOfPair = 3;
 
+[[noreturn]] void fail()
+{
+    throw TError("Cannot read WFDB signal file");
+}
+
 /// Values that lie in so many bytes. A file of format 212 may end with half a pair, in two bytes.
 qint64 valuesIn(qint64 bytes, int format)
 {
     if (format == 16)
         return bytes / static_cast<qint64>(sizeof(qint16));
     return bytes / bytesOfPair * 2 + (bytes % bytesOfPair == 2 ? 1 : 0);
+}
+
+/// Bytes of format 212 that so many values take; half a pair takes two.
+qint64 bytesBefore212(qint64 values)
+{
+    return values / 2 * bytesOfPair + values % 2 * 2;
 }
 
 short signed12(int bits)
@@ -44,7 +55,7 @@ TWfdbSignalFile::TWfdbSignalFile(const QString& path, int format, qint64 byteOff
 {
     // A pipe would keep us waiting.
     if (!QFileInfo(path).isFile() || !m_file.open(QIODevice::ReadOnly) || m_file.size() < byteOffset)
-        throw TError("Cannot read WFDB signal file");
+        fail();
     m_frameCount = valuesIn(m_file.size() - byteOffset, format) / signalCount;
 }
 
@@ -64,21 +75,24 @@ void TWfdbSignalFile::read(qint64 first, int count, short* out)
 
 QByteArray TWfdbSignalFile::readBytes(qint64 from, qint64 to)
 {
-    return m_file.seek(m_offset + from) ? m_file.read(to - from) : QByteArray();
+    const QByteArray bytes = m_file.seek(m_offset + from) ? m_file.read(to - from) : QByteArray();
+    // They were there when the file was opened; a study with a hole in their place would look like a pause.
+    if (bytes.size() != to - from)
+        fail();
+    return bytes;
 }
 
 void TWfdbSignalFile::read16(qint64 from, qint64 to, short* out)
 {
     constexpr qint64 size = sizeof(qint16);
     const QByteArray bytes = readBytes(from * size, to * size);
-    qFromLittleEndian<qint16>(bytes.constData(), bytes.size() / size, out);
+    qFromLittleEndian<qint16>(bytes.constData(), to - from, out);
 }
 
 void TWfdbSignalFile::read212(qint64 from, qint64 to, short* out)
 {
     const qint64 firstPair = from / 2;
-    const QByteArray bytes = readBytes(firstPair * bytesOfPair, (to + 1) / 2 * bytesOfPair);
-    const qint64 end = std::min(to, firstPair * 2 + valuesIn(bytes.size(), m_format));
-    for (qint64 value = from; value < end; ++value)
+    const QByteArray bytes = readBytes(firstPair * bytesOfPair, bytesBefore212(to));
+    for (qint64 value = from; value < to; ++value)
         *out++ = value212(bytes, value - firstPair * 2);
 }

@@ -20,8 +20,9 @@ public:
     /// Whole frames in the file.
     qint64 frameCount() const { return m_frameCount; }
     int signalCount() const { return m_signalCount; }
-    /// Samples in ADC units of `count` frames from `first` on, frame after frame; `missing` out of range and
-    /// where the file can no longer be read.
+    /// Samples in ADC units of `count` frames from `first` on, frame after frame; `missing` out of range.
+    /// Throws TError "Cannot read WFDB signal file" if the file no longer gives what it had when it was
+    /// opened.
     void read(qint64 first, int count, short* out);
 
 private:

@@ -106,6 +106,93 @@ private Q_SLOTS:
         QVERIFY(report.toMarkdown().contains("| QRS onset | 2 | 1 | 50.00 | 0 | 2.0 | - | - |"));
     }
 
+    void anAverageIsHeldAgainstTheMediansOfItsBeats()
+    {
+        // Beats at 1, 2, 3 and 4 s; QRS begins 100, 60, 80 and 20 ms before them.
+        writeAnnotations("mitdb/100.q1c", TAnnotationBytes()
+                                              .add('(', 225)
+                                              .add('N', 25)
+                                              .add('(', 235)
+                                              .add('N', 15)
+                                              .add('(', 230)
+                                              .add('N', 20)
+                                              .add('(', 245)
+                                              .add('N', 5)
+                                              .bytes());
+        TAverageFindings findings;
+        // The fourth is none of the averaged ones; R was found 10 ms late in the second.
+        findings.beats = {1.0, 2.01, 3.0};
+        findings.leadNames = {"ECG1"};
+        findings.leads.resize(1);
+        findings.leads[0].marks[QrsOnset] = -0.07;
+        findings.reviewLeads.resize(1);
+        TReport report;
+        scoreAverage(find("mitdb/100"), findings, report);
+        const QByteArray text = report.toMarkdown();
+        QVERIFY(text.contains("| mitdb, average beat/100 | - | - | - | 10.0 \xc2\xb1 - |"));
+        QVERIFY(totals(text, "mitdb, average beat").contains("| QRS onset | 1 | 1 | 100.00 | 0 | 10.0 |"));
+        QVERIFY(totals(text, "mitdb, review markers").contains("| QRS onset | 1 | 0 | 0.00 | 0 | - |"));
+    }
+
+    void theMarkersOfAReviewAreHeldAgainstWhatTheyMark()
+    {
+        const TAnnotationBytes waves =
+            TAnnotationBytes().add('p', 200).add('N', 50).add('t', 75).add(')', 25);
+        writeAnnotations("ludb/2.ii", waves.bytes());
+        TAverageFindings findings;
+        findings.beats = {1.0};
+        findings.leadNames = {"II"};
+        findings.leads.resize(1);
+        findings.reviewLeads.resize(1);
+        findings.reviewLeads[0].marks[TOffset] = 0.38;
+        TReport report;
+        scoreAverage(find("ludb/2"), findings, report);
+        const QByteArray text = report.toMarkdown();
+        QVERIFY(totals(text, "ludb, review markers").contains("| T offset | 1 | 1 | 100.00 | 0 | -20.0 |"));
+        // They have no peaks, which nobody misses then.
+        QVERIFY(totals(text, "ludb, review markers").contains("| T peak | 0 | 0 | - | 0 | - |"));
+        QVERIFY(totals(text, "ludb, average beat").contains("| T peak | 1 | 0 | 0.00 | 0 | - |"));
+    }
+
+    void withoutAnAverageOrALeadItsMarksAreMissed_data()
+    {
+        QTest::addColumn<bool>("hasAverage");
+        QTest::newRow("no average") << false;
+        QTest::newRow("aVR not recorded") << true;
+    }
+
+    void withoutAnAverageOrALeadItsMarksAreMissed()
+    {
+        QFETCH(bool, hasAverage);
+        const TAnnotationBytes qrs = TAnnotationBytes().add('(', 225).add('N', 25).add(')', 25);
+        writeAnnotations("ludb/2.ii", qrs.bytes());
+        writeAnnotations("ludb/2.avr", qrs.bytes());
+        TAverageFindings findings;
+        findings.leadNames = {"II"};
+        if (hasAverage) {
+            findings.beats = {1.0};
+            findings.leads.resize(1);
+            findings.leads[0].marks[QrsOffset] = 0.104;
+            findings.reviewLeads = findings.leads;
+        }
+        TReport report;
+        scoreAverage(find("ludb/2"), findings, report);
+        const QByteArray table = totals(report.toMarkdown(), "ludb, average beat");
+        QVERIFY(table.contains(hasAverage ? "| QRS offset | 2 | 1 | 50.00 | 0 | 4.0 |"
+                                          : "| QRS offset | 2 | 0 | 0.00 | 0 | - |"));
+        QVERIFY(table.contains("| QRS onset | 2 | 0 | 0.00 | 0 | - |"));
+        QVERIFY(table.contains("| T peak | 0 | 0 | - | 0 | - |"));
+    }
+
+    void withoutAnAverageOnWaveMarksThoseAreMissed()
+    {
+        writeAnnotations("mitdb/100.q1c", TAnnotationBytes().add('(', 225).add('N', 25).add(')', 25).bytes());
+        TReport report;
+        scoreAverage(find("mitdb/100"), {}, report);
+        QVERIFY(totals(report.toMarkdown(), "mitdb, average beat")
+                    .contains("| QRS onset | 1 | 0 | 0.00 | 0 | - |"));
+    }
+
     void aRecordWithoutAnnotationsIsPassedOver()
     {
         TReport report;
@@ -184,6 +271,13 @@ private:
     {
         QFile file(m_folder->filePath(QLatin1String(name)));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+
+    /// The gross table of a set.
+    static QByteArray totals(const QByteArray& markdown, const QByteArray& set)
+    {
+        const int start = markdown.indexOf("| " + set + " | reference |");
+        return start < 0 ? QByteArray() : markdown.mid(start, markdown.indexOf("\n\n", start) - start);
     }
 
     TRecordPlace find(const char* name) const

@@ -212,7 +212,7 @@ private Q_SLOTS:
     void theStepsDoNotMatter_data()
     {
         QTest::addColumn<QByteArray>("block");
-        for (const char* block : {"1", "51", "333", "2147483647"})
+        for (const char* block : {"1", "51", "333", "40960"})
             QTest::newRow(block) << QByteArray(block);
     }
 
@@ -270,6 +270,8 @@ private Q_SLOTS:
                                   "analyse ID --block -51",
                                   "analyse ID --block 5.5",
                                   "analyse ID --block x",
+                                  "analyse ID --block 40961",
+                                  "analyse ID --block 2147483647",
                                   "analyse ID --start",
                                   "analyse ID --start -1",
                                   "analyse ID --start x",
@@ -294,6 +296,20 @@ private Q_SLOTS:
         QCOMPARE(result.status, 2);
         QCOMPARE(result.output, QByteArray());
         QVERIFY2(isErrorLine(result.error), result.error.constData());
+    }
+
+    void aBlockThatIsTooLargeIsToldWithTheLimit()
+    {
+        const TResult result = run({"analyse", m_id, "--block", "40961"});
+        QCOMPARE(result.status, 2);
+        QCOMPARE(result.error, QByteArray("40961 is not a valid block: 40960 frames at most\n"));
+    }
+
+    void beatsAreToldBeforeTheRest()
+    {
+        const QByteArray text = run({"analyse", m_id}).output;
+        QVERIFY(text.startsWith("{\"beats\":[{"));
+        QVERIFY(text.indexOf("\"average\":") > text.lastIndexOf("\"windowStart\":"));
     }
 
     void aStudyThatIsNotThereIsAFailure()

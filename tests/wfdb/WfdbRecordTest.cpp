@@ -109,11 +109,20 @@ private Q_SLOTS:
         QTest::newRow("negative offset") << QByteArray("b 1 500 2\nb.dat 16+-4 1\n");
         QTest::newRow("endless offset") << QByteArray("b 1 500 2\nb.dat 16+9999999999999999999 1\n");
         QTest::newRow("no number as gain") << QByteArray("b 1 500 2\nb.dat 16 nan\n");
+        QTest::newRow("two points in the gain") << QByteArray("b 1 500 2\nb.dat 16 1.2.3\n");
+        QTest::newRow("two gains") << QByteArray("b 1 500 2\nb.dat 16 200-5\n");
+        QTest::newRow("half an exponent") << QByteArray("b 1 500 2\nb.dat 16 1e\n");
+        QTest::newRow("no digits in the gain") << QByteArray("b 1 500 2\nb.dat 16 .\n");
+        QTest::newRow("letters behind the gain") << QByteArray("b 1 500 2\nb.dat 16 200mV\n");
         QTest::newRow("endless gain") << QByteArray("b 1 500 2\nb.dat 16 1e999\n");
         QTest::newRow("endless baseline") << QByteArray("b 1 500 2\nb.dat 16 1(99999999999)\n");
         QTest::newRow("broken baseline") << QByteArray("b 1 500 2\nb.dat 16 1(5\n");
         QTest::newRow("no number as ADC zero") << QByteArray("b 1 500 2\nb.dat 16 1 16 x\n");
         QTest::newRow("no number as frequency") << QByteArray("b 1 nan 2\nb.dat 16 1\n");
+        QTest::newRow("letters behind the frequency") << QByteArray("b 1 360abc 2\nb.dat 16 1\n");
+        QTest::newRow("two points in the frequency") << QByteArray("b 1 3.6.0 2\nb.dat 16 1\n");
+        QTest::newRow("two frequencies") << QByteArray("b 1 360-5 2\nb.dat 16 1\n");
+        QTest::newRow("broken counter start") << QByteArray("b 1 360(0 2\nb.dat 16 1\n");
         QTest::newRow("endless frequency") << QByteArray("b 1 1e9 2\nb.dat 16 1\n");
         QTest::newRow("no number as count") << QByteArray("b 1 500 many\nb.dat 16 1\n");
         QTest::newRow("endless count") << QByteArray("b 1 500 9999999999999999\nb.dat 16 1\n");
@@ -128,6 +137,59 @@ private Q_SLOTS:
         write("b.hea", header);
         write("b.dat", QByteArray(4, '\1'));
         QCOMPARE(failure("b"), QStringLiteral("Cannot read WFDB header"));
+    }
+
+    void numbersAreReadInTheFormsThatOccur_data()
+    {
+        QTest::addColumn<QByteArray>("frequency");
+        QTest::addColumn<QByteArray>("gain");
+        QTest::newRow("plain") << QByteArray("360") << QByteArray("200");
+        QTest::newRow("fractions") << QByteArray("360.0") << QByteArray("200.0");
+        QTest::newRow("a point without digits") << QByteArray("360.") << QByteArray("200.");
+        QTest::newRow("exponents") << QByteArray("3.6e2") << QByteArray("+2E+02");
+        QTest::newRow("counter frequency") << QByteArray("360/250") << QByteArray("200/mV");
+        QTest::newRow("counter start") << QByteArray("360/250(7)") << QByteArray("200(0)");
+        QTest::newRow("counter start alone") << QByteArray("360(0)") << QByteArray("200(0)/mV");
+    }
+
+    void numbersAreReadInTheFormsThatOccur()
+    {
+        QFETCH(QByteArray, frequency);
+        QFETCH(QByteArray, gain);
+        write("u.hea", "u 1 " + frequency + " 2\nu.dat 16 " + gain + "\n");
+        const TWfdbHeader header = TWfdbHeader::read(path("u.hea"));
+        QCOMPARE(header.frequency, 360.0);
+        QCOMPARE(header.channels[0].gain, 200.0);
+    }
+
+    void aFileThatGetsShorterIsToldAsAFailure_data()
+    {
+        QTest::addColumn<QByteArray>("format");
+        QTest::newRow("16") << QByteArray("16");
+        QTest::newRow("212") << QByteArray("212");
+    }
+
+    void aFileThatGetsShorterIsToldAsAFailure()
+    {
+        QFETCH(QByteArray, format);
+        write("v.hea", "v 1 500\nv.dat " + format + " 1\n");
+        write("v.dat", QByteArray(60000, '\1'));
+        const TWfdbRecord record(path("v"));
+        const qint64 count = record.sampleCount();
+        std::vector<short> samples(static_cast<std::size_t>(count));
+        short* const out[] = {samples.data()};
+        record.read(0, 100, out);
+        QCOMPARE(samples[98], short(0x101));
+        QVERIFY(QFile::resize(path("v.dat"), 40000));
+        // What is still there goes on being read.
+        record.read(1000, 100, out);
+        QCOMPARE(samples[98], short(0x101));
+        try {
+            record.read(0, static_cast<int>(count), out);
+            QFAIL("The missing samples were passed over.");
+        } catch (const TError& error) {
+            QCOMPARE(error.text(), QStringLiteral("Cannot read WFDB signal file"));
+        }
     }
 
     void absentFilesAreTold()

@@ -66,9 +66,10 @@ void TAverageBeat::complexFromBeat(const TBeat& beat)
 {
     m_dirty = false;
     clearResults();
-    while (m_dominantChannel < beat.channelCount() && !hasR(beat, m_dominantChannel))
+    const int channels = std::min(beat.channelCount(), m_signal->channelCount());
+    while (m_dominantChannel < channels && !hasR(beat, m_dominantChannel))
         ++m_dominantChannel;
-    const bool anyR = m_dominantChannel < beat.channelCount();
+    const bool anyR = m_dominantChannel < channels;
     if (!anyR)
         m_dominantChannel = 0;
     if (!anyR && !beat.isValueSet(TBeat::beatTime))
@@ -166,15 +167,29 @@ bool TAverageBeat::isNormal(const TBeat& beat) const
     return isNormalOn(beat, m_dominantChannel) && hasSteadyRhythm(beat);
 }
 
+int TAverageBeat::startOf(double t) const
+{
+    return truncated<int>((t - secondsBeforeR) * m_signal->samplingRate());
+}
+
+/// Whether the signal has the whole second around `t`. What it lacks would read 0, which any offset makes a
+/// step in the average.
+bool TAverageBeat::isHeld(double t) const
+{
+    const int start = startOf(t);
+    return start >= m_signal->oldestSample() && start <= m_signal->sampleCount() - m_sampleCount;
+}
+
 /// The R times of the beats to average; their mean RR is set on the way.
 std::vector<double> TAverageBeat::selectBeats()
 {
     std::vector<double> times;
     double sum = 0.0;
     for (const TBeat& beat : m_pendingBeats) {
-        if (!isNormal(beat))
+        const double t = beat.fiducial(m_dominantChannel, TBeat::rPosition);
+        if (!isNormal(beat) || !isHeld(t))
             continue;
-        times.push_back(beat.fiducial(m_dominantChannel, TBeat::rPosition));
+        times.push_back(t);
         sum += beat.value(TBeat::rr);
     }
     if (!times.empty())
@@ -196,8 +211,7 @@ void TAverageBeat::average(int channel)
 
 void TAverageBeat::addSnippet(int channel, double t, TDoubleVector& sum)
 {
-    const int start = truncated<int>((t - secondsBeforeR) * m_signal->samplingRate());
-    m_signal->readDoubles(channel, start, m_sampleCount, m_snippet.data());
+    m_signal->readDoubles(channel, startOf(t), m_sampleCount, m_snippet.data());
     double* const to = sum.data();
     for (int i = 0; i < m_sampleCount; ++i)
         to[i] += m_snippet[i];

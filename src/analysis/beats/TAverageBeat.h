@@ -18,10 +18,13 @@ public:
     TAverageBeat(TSignal* signal, double holdTime);
 
     /// A beat of the signal, in its time. Its surroundings, 0.45 s before R to 0.55 s after it, are read
-    /// later, with the first read of a result; what the signal lacks by then counts as 0.
+    /// with the first read of a result after a beat. As long as the signal does not hold all of that second,
+    /// because it has not come that far or a ring has let it go, the beat is left out; it is looked at again
+    /// with every further beat.
     void addBeat(const TBeat& beat);
     /// Shows this single beat instead of an average, until a beat is added. Without an R on any channel it
-    /// lies around the time of the beat; without that, too, there is no complex.
+    /// lies around the time of the beat; without that, too, there is no complex. What the signal lacks of its
+    /// second counts as 0.
     void complexFromBeat(const TBeat& beat);
 
     /// `sampleCount()` samples in counts with a mean of 0, R at `rOffset()`; zeros if there is no beat or no
@@ -54,6 +57,8 @@ private:
     void clearResults();
     int findDominantChannel() const;
     bool isNormal(const TBeat& beat) const;
+    int startOf(double t) const;
+    bool isHeld(double t) const;
     std::vector<double> selectBeats();
     void average(int channel);
     void addSnippet(int channel, double t, TDoubleVector& sum);

@@ -1,10 +1,16 @@
 #include "analysis/delineation/TAverageBeatDelineator.h"
 
+#include "analysis/delineation/CurveTurns.h"
+#include "analysis/delineation/TExtremePair.h"
 #include "analysis/signals/Truncation.h"
 
 #include <algorithm>
 #include <cmath>
 
+using curve::crossingOnTheWay;
+using curve::isExtreme;
+using curve::nearerToZero;
+using curve::rootMeanSquare;
 using velantor::truncated;
 
 namespace {
@@ -29,71 +35,6 @@ constexpr double outerWaveShare = 0.1;
 constexpr double furtherWaveShare = 0.5;
 constexpr double pShare = 0.15;
 constexpr double tShare = 0.2;
-
-double rootMeanSquare(const TDoubleVector& values)
-{
-    double sum = 0.0;
-    for (const double value : values.values())
-        sum += value * value;
-    return values.size() > 0 ? std::sqrt(sum / values.size()) : 0.0;
-}
-
-bool isExtreme(const TDoubleVector& values, int i, int lag)
-{
-    if (i < lag || i + lag >= values.size())
-        return false;
-    const double before = values[i - lag];
-    const double after = values[i + lag];
-    return (values[i] > before && values[i] > after) || (values[i] < before && values[i] < after);
-}
-
-bool differInSign(double a, double b)
-{
-    return (a > 0.0) != (b > 0.0);
-}
-
-/// The nearer to zero of `i` and the sample after it.
-int nearerToZero(const TDoubleVector& values, int i)
-{
-    return std::abs(values[i + 1]) < std::abs(values[i]) ? i + 1 : i;
-}
-
-/// The first change of sign on the way from `from` to `to`, either of which may be the later one; their
-/// values differ in sign.
-int crossingOnTheWay(const TDoubleVector& values, int from, int to)
-{
-    const int step = to > from ? 1 : -1;
-    int i = from;
-    while (i != to && !differInSign(values[i], values[i + step]))
-        i += step;
-    return nearerToZero(values, std::min(i, i + step));
-}
-
-/// The greatest positive and the most negative of some values.
-class TExtremePair
-{
-public:
-    void take(const TDoubleVector& values, int i)
-    {
-        if (values[i] > m_greatest) {
-            m_greatest = values[i];
-            m_greatestAt = i;
-        } else if (values[i] < m_least) {
-            m_least = values[i];
-            m_leastAt = i;
-        }
-    }
-
-    bool isComplete() const { return m_greatest > 0.0 && m_least < 0.0; }
-    int first() const { return std::min(m_greatestAt, m_leastAt); }
-    int second() const { return std::max(m_greatestAt, m_leastAt); }
-
-private:
-    double m_greatest = 0.0;
-    double m_least = 0.0;
-    int m_greatestAt = 0;
-    int m_leastAt = 0;
-};
 
 } // namespace
 
@@ -156,7 +97,7 @@ std::optional<TAverageBeatDelineator::TPair> TAverageBeatDelineator::mainPair() 
     const TPair span = within(m_rSample - mainPairReach * m_rate, m_rSample + mainPairReach * m_rate);
     for (int i = span.first; i <= span.second; ++i)
         if (isQrsExtreme(i))
-            extremes.take(m_w2, i);
+            extremes.take(i, m_w2[i]);
     if (!extremes.isComplete())
         return std::nullopt;
     return TPair{extremes.first(), extremes.second()};
@@ -186,9 +127,9 @@ int TAverageBeatDelineator::turnOfR(TPair main) const
 
 void TAverageBeatDelineator::findWavesBeforeQrs(TPair main)
 {
+    const double reach = outerWaveReach * m_rate;
     double onset = main.first - qrsMargin * m_rate;
-    const int last = truncated<int>(main.first - outerWaveReach * m_rate);
-    if (const auto outer = outerExtreme(main.first, last, outerWaveShare * m_qrsThreshold)) {
+    if (const auto outer = outerExtreme(main.first, -1, reach, outerWaveShare * m_qrsThreshold)) {
         onset = *outer - outerWaveMargin * m_rate;
         m_places.qPeak = crossingOnTheWay(m_w2, main.first, *outer);
     }
@@ -197,28 +138,30 @@ void TAverageBeatDelineator::findWavesBeforeQrs(TPair main)
 
 void TAverageBeatDelineator::findWavesAfterQrs(TPair main)
 {
+    const double reach = outerWaveReach * m_rate;
     double offset = main.second + qrsMargin * m_rate;
-    const int last = truncated<int>(main.second + outerWaveReach * m_rate);
-    if (const auto outer = outerExtreme(main.second, last, outerWaveShare * m_qrsThreshold)) {
+    if (const auto outer = outerExtreme(main.second, 1, reach, outerWaveShare * m_qrsThreshold)) {
         offset = *outer + outerWaveMargin * m_rate;
         m_places.sPeak = crossingOnTheWay(m_w2, main.second, *outer);
         // One more deflection, as the second R of a bundle branch block. It keeps to the same reach: beyond
         // that it would more often be noise or the ST segment.
-        if (const auto further = outerExtreme(*outer, last, furtherWaveShare * std::abs(m_w2[*outer])))
+        const double left = reach - (*outer - main.second);
+        if (const auto further = outerExtreme(*outer, 1, left, furtherWaveShare * std::abs(m_w2[*outer])))
             offset = *further + outerWaveMargin * m_rate;
     }
     m_places.qrsOffset = std::min(truncated<int>(offset), size() - 1);
 }
 
-/// On the way to `last` the largest extreme of W2 that differs in sign from `from` and goes beyond `limit`.
-std::optional<int> TAverageBeatDelineator::outerExtreme(int from, int last, double limit) const
+/// The largest extreme of W2 in reach before (`step` -1) or behind (1) `from` that differs from it in sign
+/// and goes beyond `limit`.
+std::optional<int> TAverageBeatDelineator::outerExtreme(int from, int step, double reach, double limit) const
 {
-    const int step = last < from ? -1 : 1;
     const double sign = m_w2[from] > 0.0 ? -1.0 : 1.0;
     std::optional<int> found;
-    const int end = std::clamp(last, 0, size() - 1);
-    for (int i = from; i != end;) {
-        i += step;
+    for (int distance = 1; distance <= reach; ++distance) {
+        const int i = from + step * distance;
+        if (i < 0 || i >= size())
+            break;
         const double value = sign * m_w2[i];
         if (value > limit && isQrsExtreme(i)) {
             found = i;
@@ -283,7 +226,7 @@ std::optional<TAverageBeatDelineator::TPair> TAverageBeatDelineator::wavePair(do
     const TPair span = within(from, to);
     for (int i = span.first; i <= span.second; ++i)
         if (std::abs(m_w4[i]) > limit && isExtreme(m_w4, i, 2))
-            extremes.take(m_w4, i);
+            extremes.take(i, m_w4[i]);
     if (!extremes.isComplete())
         return std::nullopt;
     return TPair{extremes.first(), extremes.second()};

@@ -79,7 +79,7 @@ private:
     double endOfPSearch() const;
     std::optional<TPair> mainPair() const;
     std::optional<TPair> wavePair(double from, double to, double limit) const;
-    std::optional<int> outerExtreme(int from, int last, double limit) const;
+    std::optional<int> outerExtreme(int from, int step, double reach, double limit) const;
     int turnOfR(TPair main) const;
     bool isQrsExtreme(int i) const;
     TPair within(double from, double to) const;

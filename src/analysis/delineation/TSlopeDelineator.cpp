@@ -20,14 +20,14 @@ constexpr int qrsReach = 60;
 constexpr int halfQrs = 25;
 /// Shares of the QRS span below which four samples are flat, the strictest first.
 constexpr std::array flatShares = {0.01, 0.02, 0.05};
-/// How far a stricter border may lie outside of the next one. Farther out it has run through the ST segment
-/// or the P wave to the next flat stretch.
+/// How far the strictest border may lie outside of the next one. Farther out it has run through the ST
+/// segment or the P wave to the next flat stretch.
 constexpr int stricterReach = 6;
 
 constexpr int pReach = 50;
 constexpr double pReachOfRR = 0.45;
 constexpr double flankShare = 0.8;
-/// Share of the QRS span that a wave has to rise.
+/// Share of the QRS span that P has to rise.
 constexpr double leastWave = 0.006;
 
 constexpr int tDistance = 20;
@@ -138,18 +138,16 @@ void TSlopeDelineator::findQrs()
     m_places.qrsOffset = qrsBorder(1).value_or(notFound);
 }
 
-/// Of the flat places the strictest that does not lie far outside of the next one.
+/// The first flat place, by the strictest share for which there is one. The strictest of all gives way to the
+/// next one if it lies far outside of that.
 std::optional<int> TSlopeDelineator::qrsBorder(int direction) const
 {
     const double span = qrsSpan();
-    std::optional<int> border = firstFlat(direction, flatShares.front() * span);
-    for (std::size_t i = 1; i < flatShares.size(); ++i) {
-        const auto looser = firstFlat(direction, flatShares[i] * span);
-        if (border && (!looser || std::abs(*border - *looser) <= stricterReach))
-            return border;
-        border = looser;
-    }
-    return border;
+    std::optional<int> border = firstFlat(direction, flatShares[0] * span);
+    const std::optional<int> next = firstFlat(direction, flatShares[1] * span);
+    if (!border || (next && std::abs(*border - *next) > stricterReach))
+        border = next;
+    return border ? border : firstFlat(direction, flatShares[2] * span);
 }
 
 std::optional<int> TSlopeDelineator::firstFlat(int direction, double limit) const
@@ -210,7 +208,8 @@ void TSlopeDelineator::findTOffset()
     if (!peak)
         return;
     const TDoubleVector slope = slopeOf(smoothed(m_complex, size(), velantor::smoothing25()));
-    double greatest = 0.0;
+    // Even a flat stretch gets a mark, for the user to drag: the first place.
+    double greatest = -1.0;
     for (int i = std::max(m_places.qrsOffset + tDistance, *peak); i <= to; ++i) {
         const double ratio = settling(slope, i);
         if (ratio > greatest) {
@@ -227,8 +226,8 @@ std::optional<int> TSlopeDelineator::peakOfT(int from, int to) const
         return std::nullopt;
     const TDoubleVector wave = smoothed(m_complex, size(), velantor::smoothing51());
     const double incline = (wave[to] - wave[from]) / (to - from);
-    double greatest = leastWave * qrsSpan();
-    std::optional<int> peak;
+    double greatest = 0.0;
+    int peak = from;
     for (int i = from; i <= to; ++i) {
         const double distance = std::abs(wave[i] - wave[from] - incline * (i - from));
         if (distance > greatest) {

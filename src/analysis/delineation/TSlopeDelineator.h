@@ -14,7 +14,8 @@ public:
 
     /// `complex` in counts at `rate` samples per second, R at `rSample`, the beat before `rrSamples` earlier.
     /// The search is made at 250 samples per second, which sets the grid of the places. A complex that spans
-    /// less than 10 counts gives nothing. Without an RR, 0 or less, T is looked for within 0.2 s of R only.
+    /// less than 10 counts gives nothing. Without an RR, 0 or less, the end of T is looked for
+    /// within 0.2 s of R only. There is one wherever the QRS has an end and the search has room.
     void analyse(const TDoubleVector& complex, int rate, int rSample, int rrSamples);
 
     // Samples from the start of the complex, at its own rate and within it.

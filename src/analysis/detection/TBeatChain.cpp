@@ -11,9 +11,14 @@ constexpr int blockSize = 4096;
 constexpr int analysisCapacity = 81920;
 constexpr int averageCapacity = 100 * blockSize;
 
+/// The largest factor that leaves 250 samples per second or more and a whole number of them: times are told
+/// by the rate, so it must be the true one.
 int reductionOf(const TSignal& raw)
 {
-    return std::max(raw.samplingRate() / TBeatChain::analysisRate, 1);
+    int factor = std::max(raw.samplingRate() / TBeatChain::analysisRate, 1);
+    while (raw.samplingRate() % factor != 0)
+        --factor;
+    return factor;
 }
 
 } // namespace

@@ -22,9 +22,10 @@ struct TBeatChainSettings
     double holdTime = 20.0;
 };
 
-/// The way from a raw signal to measured beats, live or stored: the signal reduced to 250 samples per second,
-/// the detector on it, each beat refined on the raw signal, and the average beat over the low-passed raw
-/// signal. Independent of what filters the display shows. Main thread only.
+/// The way from a raw signal to measured beats, live or stored: the signal reduced to 250 samples per second
+/// or, if its rate is no multiple of that, to the next higher rate that divides it, the detector on that,
+/// each beat refined on the raw signal, and the average beat over the low-passed raw signal. Independent of
+/// what filters the display shows. Main thread only.
 class TBeatChain : private TBeatListener
 {
 public:

@@ -14,10 +14,10 @@ constexpr double knownAfter = 10.0;
 
 } // namespace
 
-TStoredAnalysis::TStoredAnalysis(TSignal& signal, const TBeatChainSettings& settings)
+TStoredAnalysis::TStoredAnalysis(TSignal& signal, const TBeatChainSettings& settings, TBeatListener* listener)
     : m_signal(signal), m_endTime(settings.endTime),
       m_raw(blockSize, rawCapacity, signal.channelCount(), signal.samplingRate()),
-      m_chain(m_raw, settings, this), m_rows(signal.channelCount())
+      m_chain(m_raw, settings, listener), m_rows(signal.channelCount())
 {
     m_raw.takeFormOf(signal);
     m_chain.analysisSignal().takeFormOf(signal);
@@ -33,9 +33,11 @@ void TStoredAnalysis::run(int stepFrames)
 {
     const int step = std::clamp(stepFrames, 1, maxStep);
     const int end = lastFrame();
-    for (int start = 0; start < end; start += step) {
-        feed(start, std::min(step, end - start));
+    for (int start = 0; start < end;) {
+        const int frames = std::min(step, end - start);
+        feed(start, frames);
         m_chain.run();
+        start += frames;
     }
     m_chain.finish();
 }
@@ -67,9 +69,4 @@ TAverageBeatDelineator TStoredAnalysis::delineate(int channel)
     delineator.analyse(average.complex(channel), rate, average.rOffset(),
                        velantor::truncated<int>(average.meanRR() * rate));
     return delineator;
-}
-
-void TStoredAnalysis::beatFound(const TBeat& beat)
-{
-    m_beats.push_back(beat);
 }

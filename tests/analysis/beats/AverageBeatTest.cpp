@@ -1,89 +1,9 @@
-#include "analysis/beats/TAverageBeat.h"
-
-#include "analysis/signals/TDoubleSignal.h"
+#include "analysis/beats/AverageRecording.h"
 #include "analysis/signals/TInt16Signal.h"
 
 #include <QtTest>
 
-#include <cmath>
-
-namespace {
-
-constexpr int rate = 100;
-constexpr int channels = 3;
-
-/// A sample that tells its channel and place, so that a wrong one is seen.
-double sampleAt(int channel, int index)
-{
-    return (channel + 1) * 1000.0 + index % 97 * 8.0;
-}
-
-/// Thirty seconds at 100 samples per second.
-class TRecording : public TDoubleSignal
-{
-public:
-    explicit TRecording(int capacity = 30 * rate) : TDoubleSignal(64, capacity, channels, rate)
-    {
-        grow(30 * rate);
-    }
-
-    void grow(int samples)
-    {
-        std::vector<std::vector<double>> rows(channels);
-        std::vector<const double*> data;
-        for (int channel = 0; channel < channels; ++channel) {
-            for (int i = 0; i < samples; ++i)
-                rows[channel].push_back(sampleAt(channel, sampleCount() + i));
-            data.push_back(rows[channel].data());
-        }
-        addPerChannel(data.data(), samples);
-    }
-};
-
-/// A beat at `t` that is normal on every channel.
-TBeat beatAt(double t, double rr = 1.0, double meanRR = 1.0)
-{
-    TBeat beat(channels);
-    beat.setWindow(t - 0.2, 0.6);
-    beat.setValue(TBeat::beatTime, t);
-    beat.setValue(TBeat::rr, rr);
-    beat.setValue(TBeat::meanRR, meanRR);
-    for (int channel = 0; channel < channels; ++channel) {
-        beat.setFiducial(channel, TBeat::rPosition, t);
-        beat.setFiducial(channel, TBeat::qrsType, 1.0);
-    }
-    return beat;
-}
-
-/// What the average of snippets is, straight from its definition.
-TDoubleVector expectedComplex(TSignal& signal, int channel, const std::vector<double>& times)
-{
-    TDoubleVector complex(signal.samplingRate());
-    for (const double t : times) {
-        TDoubleVector snippet(complex.size());
-        const int start = static_cast<int>((t - 0.45) * signal.samplingRate());
-        signal.readDoubles(channel, start, snippet.size(), snippet.data());
-        const double mean = snippet.mean();
-        for (int i = 0; i < snippet.size(); ++i)
-            complex[i] += (snippet[i] - mean) * (1.0 / static_cast<double>(times.size()));
-    }
-    return complex;
-}
-
-double greatestDifference(const TDoubleVector& a, const TDoubleVector& b)
-{
-    double greatest = a.size() == b.size() ? 0.0 : 1e9;
-    for (int i = 0; i < std::min(a.size(), b.size()); ++i)
-        greatest = std::max(greatest, std::abs(a[i] - b[i]));
-    return greatest;
-}
-
-bool isSilent(const TDoubleVector& complex)
-{
-    return greatestDifference(complex, TDoubleVector(rate)) == 0.0;
-}
-
-} // namespace
+using namespace averaging;
 
 class AverageBeatTest : public QObject
 {
@@ -297,41 +217,6 @@ private Q_SLOTS:
                 1e-9);
     }
 
-    void aSingleBeatCanTakeThePlaceOfTheAverage()
-    {
-        TRecording signal;
-        TAverageBeat average(&signal, 20.0);
-        average.addBeat(beatAt(5.0));
-        average.addBeat(beatAt(6.0));
-        TBeat single(channels);
-        single.setValue(TBeat::rr, 0.7);
-        single.setFiducial(1, TBeat::rPosition, 8.02);
-        single.setFiducial(2, TBeat::rPosition, 8.05);
-        average.complexFromBeat(single);
-        QCOMPARE(average.count(), 1);
-        QCOMPARE(average.meanRR(), 0.7);
-        QCOMPARE(average.dominantChannel(), 1);
-        for (int channel = 0; channel < channels; ++channel)
-            QVERIFY(greatestDifference(average.complex(channel), expectedComplex(signal, channel, {8.02})) <
-                    1e-9);
-        average.addBeat(beatAt(7.0));
-        QCOMPARE(average.count(), 3);
-    }
-
-    void aSingleBeatWithoutRLiesAroundItsTime()
-    {
-        TRecording signal;
-        TAverageBeat average(&signal, 20.0);
-        TBeat single(channels);
-        average.complexFromBeat(single);
-        QCOMPARE(average.count(), 0);
-        QVERIFY(isSilent(average.complex(0)));
-        single.setValue(TBeat::beatTime, 8.0);
-        average.complexFromBeat(single);
-        QCOMPARE(average.count(), 1);
-        QVERIFY(greatestDifference(average.complex(0), expectedComplex(signal, 0, {8.0})) < 1e-9);
-    }
-
     void theReferenceStaysWhileTheAverageGoesOn()
     {
         TRecording signal;
@@ -346,57 +231,6 @@ private Q_SLOTS:
                     1e-9);
         average.keepReference();
         QVERIFY(greatestDifference(average.reference(0), average.complex(0)) == 0.0);
-    }
-
-    void whatTheSignalLacksCountsAsZero()
-    {
-        TRecording signal;
-        TAverageBeat average(&signal, 1000.0);
-        const std::vector<double> times{0.1, 29.9, 35.0};
-        for (const double t : times)
-            average.addBeat(beatAt(t));
-        QCOMPARE(average.count(), 3);
-        QVERIFY(greatestDifference(average.complex(1), expectedComplex(signal, 1, times)) < 1e-9);
-        QVERIFY(!isSilent(average.complex(1)));
-    }
-
-    void aRingThatHasMovedOnGivesWhatItStillHolds()
-    {
-        TRecording ring(10 * rate);
-        TAverageBeat average(&ring, 1000.0);
-        average.addBeat(beatAt(5.0));
-        QVERIFY(isSilent(average.complex(0)));
-        average.addBeat(beatAt(25.0));
-        QVERIFY(greatestDifference(average.complex(0), expectedComplex(ring, 0, {5.0, 25.0})) < 1e-9);
-        QVERIFY(!isSilent(average.complex(0)));
-    }
-
-    void channelsThatDoNotExistAreSilent()
-    {
-        TRecording signal;
-        TAverageBeat average(&signal, 20.0);
-        average.addBeat(beatAt(5.0));
-        for (const int channel : {-1, channels, 1000}) {
-            QVERIFY(isSilent(average.complex(channel)));
-            QVERIFY(isSilent(average.reference(channel)));
-        }
-    }
-
-    void aBeatOfFewerOrMoreChannelsIsHarmless()
-    {
-        TRecording signal;
-        TAverageBeat average(&signal, 20.0);
-        average.addBeat(TBeat(0));
-        average.complexFromBeat(TBeat(0));
-        TBeat wide(16);
-        wide.setValue(TBeat::rr, 1.0);
-        wide.setValue(TBeat::meanRR, 1.0);
-        wide.setFiducial(15, TBeat::rPosition, 5.0);
-        wide.setFiducial(15, TBeat::qrsType, 1.0);
-        average.addBeat(wide);
-        QCOMPARE(average.count(), 0);
-        average.complexFromBeat(wide);
-        QVERIFY(greatestDifference(average.complex(0), expectedComplex(signal, 0, {5.0})) < 1e-9);
     }
 };
 

@@ -109,15 +109,36 @@ private Q_SLOTS:
         }
     }
 
+    void theFirstOfSeveralTurnsCounts_data()
+    {
+        QTest::addColumn<double>("sign");
+        QTest::addColumn<double>("peak");
+        QTest::addColumn<double>("border");
+        QTest::newRow("maxima at -4 and 6, a minimum at 1") << 1.0 << -4.0 << -4.0;
+        QTest::newRow("minima at -4 and 6, a maximum at 1") << -1.0 << 1.0 << -4.0;
+    }
+
     void theFirstOfSeveralTurnsCounts()
     {
-        // A swing of 9 samples outlives the smoothing in small: several turns in reach, the first one wins.
-        TCurve signal([](int i) { return 15000.0 * std::cos(2.0 * M_PI * (i - center) / 9.0); });
-        const double peak = move(signal, TBeat::rPosition);
-        const double border = move(signal, TBeat::qrsOnset);
-        QVERIFY(peak >= -6.0 && peak < 3.0);
-        QVERIFY(border >= -6.0 && border < -1.5);
-        QVERIFY(border <= peak);
+        QFETCH(double, sign);
+        QFETCH(double, peak);
+        QFETCH(double, border);
+        // A swing of 10 samples outlives the smoothing in small, and upside down.
+        TCurve signal([sign](int i) {
+            return -15000.0 * sign * std::cos(2.0 * M_PI * (i + 0.5 - (center - 4)) / 10.0);
+        });
+        for (const int slot : {TBeat::pPeak, TBeat::rPosition, TBeat::tPeak})
+            QCOMPARE(move(signal, slot), peak);
+        for (const int slot : {TBeat::qrsOnset, TBeat::qrsOffset})
+            QCOMPARE(move(signal, slot), border);
+    }
+
+    void ofTwoMaximaTheFirstCounts()
+    {
+        // Nine samples apart: at -5 and 4.
+        TCurve signal([](int i) { return -15000.0 * std::cos(2.0 * M_PI * (i + 0.5 - (center - 5)) / 9.0); });
+        for (const int slot : {TBeat::pPeak, TBeat::rPosition, TBeat::tPeak})
+            QCOMPARE(move(signal, slot), -5.0);
     }
 
     void aSlopeOrAFlatSignalLeavesThePoint()

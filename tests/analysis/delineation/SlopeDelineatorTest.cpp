@@ -1,10 +1,12 @@
 #include "analysis/delineation/DrawnComplex.h"
 #include "analysis/delineation/TSlopeDelineator.h"
+#include "analysis/signals/Truncation.h"
 
 #include <QtTest>
 
 #include <limits>
 
+using velantor::truncated;
 using TWaves = std::vector<drawn::TWave>;
 Q_DECLARE_METATYPE(TWaves)
 
@@ -116,9 +118,20 @@ private Q_SLOTS:
         QVERIFY(found.qrsOnset() > 0);
     }
 
-    void withoutTThereIsNoEndOfT()
+    void withoutTThereIsStillAnEndOfTToDrag()
     {
-        QCOMPARE(analysed({drawn::p, drawn::q, drawn::r, drawn::s}, 500).tOffset(), 0);
+        const auto found = analysed({drawn::p, drawn::q, drawn::r, drawn::s}, 500);
+        QVERIFY(found.tOffset() >= found.qrsOffset() + 2 * 20);
+        QVERIFY(found.tOffset() <= 225 + truncated<int>(0.6 * 500));
+        // On a line the first place of all.
+        TDoubleVector flat(250);
+        for (int i = 0; i < 112; ++i)
+            flat[i] = i < 100 ? 0.0 : 100.0 * std::min(i - 100, 6);
+        for (int i = 112; i < flat.size(); ++i)
+            flat[i] = flat[111];
+        const auto onFlat = analysed(flat, 250, 106, 250);
+        QVERIFY(onFlat.qrsOffset() > 0);
+        QVERIFY(onFlat.tOffset() >= onFlat.qrsOffset() + 20);
     }
 
     void withoutAnRrTheEndOfTIsSoughtNearTheQrs()
@@ -127,7 +140,8 @@ private Q_SLOTS:
         const auto found =
             analysed(drawn::complex({drawn::p, drawn::q, drawn::r, drawn::s, early}, 250), 250, 112, 0);
         VERIFY_NEAR(found.tOffset(), early.offset, 250, 20);
-        QVERIFY(analysed(drawn::complex(normal, 250), 250, 112, 0).tOffset() <= 112 + 50);
+        const int late = analysed(drawn::complex(normal, 250), 250, 112, 0).tOffset();
+        QVERIFY(late > 112 && late <= 112 + 50);
     }
 
     void theQrsEndsWhereFourSamplesAreFlatBesideItsSpan_data()
@@ -171,6 +185,17 @@ private Q_SLOTS:
             complex[i] = 1000.0 - 100.0 * std::min(distance, 10) + 5.0 * std::clamp(i - 122, 0, 6);
         }
         QVERIFY(analysed(complex, 250, 112, 250).qrsOffset() > 122);
+    }
+
+    void aStretchThatOnly5PercentWouldCallFlatIsPassedOver()
+    {
+        // An incline of 4 % for 140 ms, then flat: what is flat by a stricter share counts, however far.
+        TDoubleVector complex(250);
+        for (int i = 0; i < complex.size(); ++i) {
+            const int distance = std::abs(i - 112);
+            complex[i] = 1000.0 - 100.0 * std::min(distance, 10) + 13.0 * std::clamp(i - 122, 0, 35);
+        }
+        QCOMPARE(analysed(complex, 250, 112, 250).qrsOffset(), 122 + 35);
     }
 
     void aBorderIsNotSoughtFartherThan240Ms()

@@ -1,5 +1,6 @@
 #include "analysis/detection/Detection.h"
 #include "analysis/detection/TBeatChain.h"
+#include "analysis/filters/SmoothingTables.h"
 #include "analysis/signals/TChannel.h"
 
 #include <QtTest>
@@ -70,6 +71,79 @@ private Q_SLOTS:
             QVERIFY(std::abs(live.log.beats[i].value(TBeat::beatTime) - first[i]) <= 0.004);
             QVERIFY(std::abs(live.log.beats[i].fiducial(0, TBeat::rPosition) - times[i]) <= 0.0081);
         }
+    }
+
+    void ratesThatAreNoMultipleOf250KeepTheTrueTime_data()
+    {
+        QTest::addColumn<int>("rate");
+        QTest::addColumn<int>("analysisRate");
+        QTest::newRow("a factor of 3 would not divide it") << 800 << 400;
+        QTest::newRow("a factor of 2 would not divide it") << 625 << 625;
+        QTest::newRow("below 500") << 360 << 360;
+        QTest::newRow("a factor of 3 divides it") << 900 << 300;
+    }
+
+    void ratesThatAreNoMultipleOf250KeepTheTrueTime()
+    {
+        QFETCH(int, rate);
+        const auto times = ecg::regular(0.6, 0.8, 48);
+        TLive live(drawn(39.0, rate, times), rate);
+        live.run(rate / 10);
+        live.chain->finish();
+        QTEST(live.chain->analysisSignal().samplingRate(), "analysisRate");
+        VERIFY_TIMES(live.log.times(), times);
+    }
+
+    void theAverageIsOfASignalLowPassedAtItsRate_data()
+    {
+        QTest::addColumn<int>("rate");
+        QTest::addColumn<int>("taps");
+        QTest::newRow("250") << 250 << 62;
+        QTest::newRow("500") << 500 << 12;
+        QTest::newRow("1000") << 1000 << 22;
+        QTest::newRow("800") << 800 << 22;
+    }
+
+    void theAverageIsOfASignalLowPassedAtItsRate()
+    {
+        QFETCH(int, rate);
+        QFETCH(int, taps);
+        constexpr int place = 100;
+        constexpr double height = 30000.0;
+        TLive live({ecg::TRow(300)}, rate);
+        live.rows[0][place] = height;
+        live.run(51);
+        TSignal& smoothed = live.chain->averageSignal();
+        QCOMPARE(smoothed.sampleCount(), 300 - taps / 2);
+        const std::vector<double>& table = velantor::averagingLowPass(rate);
+        QCOMPARE(table.size(), std::size_t(taps));
+        for (int i = 0; i < smoothed.sampleCount(); ++i) {
+            const int tap = i - place + taps / 2;
+            const double expected = tap >= 0 && tap < taps ? height * table[tap] : 0.0;
+            QVERIFY(std::abs(smoothed.sample(0, i) - expected) <= 1.0);
+        }
+    }
+
+    void theAverageIsFormedFromRefinedBeats()
+    {
+        const auto times = ecg::regular(0.6037, 0.8013, 18);
+        const ecg::TRows rows = drawn(15.5, 500, times);
+        TBeatChainSettings plain;
+        plain.refine = false;
+        TLive refined(rows, 500), asDetected(rows, 500, plain);
+        for (TLive* live : {&refined, &asDetected}) {
+            live->run(51);
+            live->chain->finish();
+            TAverageBeat& average = live->chain->averageBeat();
+            std::vector<double> told;
+            for (const TBeat& beat : live->log.beats)
+                told.push_back(beat.fiducial(average.dominantChannel(), TBeat::rPosition));
+            QVERIFY(average.count() > 8);
+            for (const double t : average.averagedTimes())
+                QVERIFY(std::find(told.begin(), told.end(), t) != told.end());
+        }
+        QVERIFY(refined.chain->averageBeat().averagedTimes() !=
+                asDetected.chain->averageBeat().averagedTimes());
     }
 
     void refinementMovesThePointsToTheTurnsOfTheRawSignal()
