@@ -52,14 +52,24 @@ TFault faultOf(const QString& name)
     return static_cast<TFault>(index);
 }
 
+int numberOf(const QCommandLineParser& parser, const char* option)
+{
+    const QString text = parser.value(QLatin1String(option));
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber)
+        throw TError(QStringLiteral("--%1 takes a whole number, not %2").arg(QLatin1String(option), text));
+    return number;
+}
+
 TEquipmentSimulatorOptions optionsOf(const QCommandLineParser& parser)
 {
     TEquipmentSimulatorOptions options;
     options.link = parser.value(QStringLiteral("link")).toStdString();
     options.fault = faultOf(parser.value(QStringLiteral("fault")));
-    options.faultAfter = parser.value(QStringLiteral("after")).toInt();
-    options.faultTimes = parser.value(QStringLiteral("times")).toInt();
-    options.lateMs = std::max(0, parser.value(QStringLiteral("late")).toInt());
+    options.faultAfter = numberOf(parser, "after");
+    options.faultTimes = numberOf(parser, "times");
+    options.lateMs = std::max(0, numberOf(parser, "late"));
     return options;
 }
 

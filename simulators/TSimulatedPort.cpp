@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -29,6 +30,24 @@ bool openEnds(int& device, int& holder, std::string& port)
         return false;
     ::cfmakeraw(&tty);
     return ::tcsetattr(holder, TCSANOW, &tty) == 0;
+}
+
+/// Also where a program that was killed has left its link.
+bool makeLink(const std::string& port, const std::string& link)
+{
+    struct stat there = {};
+    if (::lstat(link.c_str(), &there) == 0 && S_ISLNK(there.st_mode))
+        ::unlink(link.c_str());
+    return ::symlink(port.c_str(), link.c_str()) == 0;
+}
+
+/// Unless it has become another's, or was never ours.
+void removeLink(const std::string& port, const std::string& link)
+{
+    char target[128];
+    const ssize_t size = ::readlink(link.c_str(), target, sizeof target);
+    if (size > 0 && port == std::string(target, static_cast<std::size_t>(size)))
+        ::unlink(link.c_str());
 }
 
 void closeEnd(int& end)
@@ -52,8 +71,7 @@ TSimulatedPort::~TSimulatedPort()
 void TSimulatedPort::open()
 {
     close();
-    if (!openEnds(m_device, m_holder, m_port) ||
-        (!m_link.empty() && ::symlink(m_port.c_str(), m_link.c_str()) != 0)) {
+    if (!openEnds(m_device, m_holder, m_port) || (!m_link.empty() && !makeLink(m_port, m_link))) {
         close();
         throw TError("Cannot create pseudo-terminal");
     }
@@ -62,7 +80,7 @@ void TSimulatedPort::open()
 void TSimulatedPort::close()
 {
     if (isOpen() && !m_link.empty())
-        ::unlink(m_link.c_str());
+        removeLink(m_port, m_link);
     closeEnd(m_holder);
     closeEnd(m_device);
 }

@@ -7,7 +7,8 @@
 class TSimulatedPort
 {
 public:
-    /// `link` is made a symbolic link to the port, or is empty.
+    /// `link` is made a symbolic link to the port, in place of one that is there, or is empty. A file of
+    /// another kind stays and is an error.
     explicit TSimulatedPort(const std::string& link = {});
     ~TSimulatedPort();
     TSimulatedPort(const TSimulatedPort&) = delete;

@@ -6,12 +6,13 @@
 #include "acq/THRAcqDevice.h"
 #include "acq/TStdAcqDevice.h"
 #include "base/Settings.h"
+#include "base/Text.h"
 
 namespace {
 
 std::unique_ptr<TPortAcqDevice> createBluetoothDevice(int mask)
 {
-    const QByteArray port = settings::acqBluetoothPort.value().toLocal8Bit();
+    const QByteArray port = velantor::toText(settings::acqBluetoothPort.value());
     if (settings::hrProtocol.value())
         return std::make_unique<THRAcqDevice>(port.constData(), acq::highRateBaud);
     return std::make_unique<TStdAcqDevice>(port.constData(), acq::standardBaud, mask);

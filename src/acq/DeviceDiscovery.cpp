@@ -2,6 +2,7 @@
 
 #include "acq/EcgDeviceFrame.h"
 #include "acq/TAcqPort.h"
+#include "base/Text.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -89,14 +90,14 @@ QStringList detectBluetoothPorts()
     for (const TPortDescription& port : portLister()()) {
         if (!port.description.contains(QLatin1String("Bluetooth")))
             continue;
-        const QByteArray name = port.portName.toLocal8Bit();
+        const QByteArray name = velantor::toText(port.portName);
         if (!probes.contains(name)) // Two probes of one port would shut each other out.
             probes.insert(name, QtConcurrent::run(probePort, name.toStdString()));
     }
     QStringList found;
     for (auto probe = probes.cbegin(); probe != probes.cend(); ++probe) {
         if (isDevice(probe.value()))
-            found.append(QString::fromLocal8Bit(probe.key()));
+            found.append(velantor::fromText(probe.key()));
     }
     return found;
 }

@@ -1,11 +1,12 @@
 #include "equipment/EquipmentFactory.h"
 
+#include "base/Text.h"
 #include "equipment/TKipnetTreadmill.h"
 #include "equipment/TOlmoErgometer.h"
 
 std::unique_ptr<TEquipment> createEquipment(TEquipment::TKind kind, const QString& name, const QString& port)
 {
-    const std::string portName = port.toLocal8Bit().toStdString();
+    const std::string portName = velantor::toText(port).toStdString();
     if (name == QLatin1String("kipmachines")) {
         TKipnetTreadmill::TOptions options;
         options.kind = kind;

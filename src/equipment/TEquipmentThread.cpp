@@ -12,11 +12,22 @@ TEquipmentThread::TEquipmentThread(std::string port, const TCommSettings& settin
 
 TEquipmentThread::~TEquipmentThread() = default;
 
-void TEquipmentThread::requestStop()
+void TEquipmentThread::requestStart()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_stopRequested = true;
-    m_commitRequested = false;
+    m_startRequested = true;
+}
+
+void TEquipmentThread::requestStop()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopRequested = true;
+        m_commitRequested = false;
+        if (mustLeaveOff())
+            m_port.interrupt();
+    }
+    m_wake.notify_all();
 }
 
 void TEquipmentThread::requestCommit(const TEquipmentValues& values)
@@ -26,13 +37,6 @@ void TEquipmentThread::requestCommit(const TEquipmentValues& values)
     m_commitRequested = true;
 }
 
-TEquipmentValues TEquipmentThread::takeCommitted()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_commitRequested = false;
-    return m_committed;
-}
-
 void TEquipmentThread::endAndWait()
 {
     requestInterruption();
@@ -40,7 +44,8 @@ void TEquipmentThread::endAndWait()
         const std::lock_guard<std::mutex> lock(m_mutex);
         // The flag comes first: who is interrupted must know why.
         m_ending = true;
-        m_port.interrupt();
+        if (mustLeaveOff())
+            m_port.interrupt();
     }
     m_wake.notify_all();
     wait();
@@ -48,7 +53,32 @@ void TEquipmentThread::endAndWait()
     [[maybe_unused]] const bool hasEnded = m_ended;
 }
 
+bool TEquipmentThread::mustLeaveOff() const
+{
+    switch (m_phase) {
+    case TPhase::Working:
+        return m_ending || m_stopRequested;
+    case TPhase::Stopping:
+        return m_ending;
+    case TPhase::Leaving:
+        break;
+    }
+    return false;
+}
+
+bool TEquipmentThread::isCutShort() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return mustLeaveOff();
+}
+
 bool TEquipmentThread::pause(int ms)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return !m_wake.wait_for(lock, std::chrono::milliseconds(ms), [this] { return mustLeaveOff(); });
+}
+
+bool TEquipmentThread::pauseUntilEnd(int ms)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     return !m_wake.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_ending.load(); });
@@ -90,25 +120,60 @@ void TEquipmentThread::reportQuietly(const char* text) noexcept
 void TEquipmentThread::turns()
 {
     while (!isEnding()) {
+        enter(TPhase::Working);
         openPort();
         prepare();
         if (!isEnding())
             turn();
+        // After a stop, and be it one that could not go out, no other one cuts the rest short.
         pause(m_turnMs);
     }
 }
 
 void TEquipmentThread::turn()
 {
-    // A request is taken before it is served, so that one that comes meanwhile has its own turn.
-    if (m_startRequested.exchange(false)) {
+    TEquipmentValues committed;
+    switch (takeRequest(committed)) {
+    case TRequest::Start:
         serveStart();
-    } else if (m_stopRequested.exchange(false)) {
+        break;
+    case TRequest::Stop:
         if (!serveStop())
-            m_stopRequested = true;
-    } else if (m_commitRequested) {
-        serveCommit(takeCommitted());
+            oweStop();
+        break;
+    case TRequest::Commit:
+        serveCommit(committed);
+        break;
+    case TRequest::None:
+        break;
     }
+}
+
+TEquipmentThread::TRequest TEquipmentThread::takeRequest(TEquipmentValues& committed)
+{
+    // Chosen and taken in one: a stop that came in between would void the commit in vain. Taken before it is
+    // served: one that comes meanwhile has its own turn.
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (std::exchange(m_startRequested, false))
+        return TRequest::Start;
+    if (std::exchange(m_stopRequested, false)) {
+        setPhase(TPhase::Stopping);
+        return TRequest::Stop;
+    }
+    committed = m_committed;
+    return std::exchange(m_commitRequested, false) ? TRequest::Commit : TRequest::None;
+}
+
+void TEquipmentThread::oweStop()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_stopRequested = true;
+}
+
+bool TEquipmentThread::isStopOwed() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_stopRequested;
 }
 
 void TEquipmentThread::openPort()
@@ -116,25 +181,33 @@ void TEquipmentThread::openPort()
     if (m_port.isOpen())
         return;
     m_port.open(m_portName, m_settings);
-    const std::lock_guard<std::mutex> lock(m_mutex);
     // An interruption that came while the port was being opened is gone.
-    if (m_ending)
-        m_port.interrupt();
+    enter(TPhase::Working);
 }
 
-void TEquipmentThread::resumePort()
+void TEquipmentThread::enter(TPhase phase)
 {
-    // Who saw the flag may be here before the interruption, which must not cut the last words short.
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_port.resume(m_lastWordsMs, m_lastWordsMs);
+    setPhase(phase);
+}
+
+void TEquipmentThread::setPhase(TPhase phase)
+{
+    m_phase = phase;
+    if (mustLeaveOff())
+        m_port.interrupt();
+    else if (phase == TPhase::Leaving)
+        m_port.resume(m_lastWordsMs, m_lastWordsMs);
+    else
+        m_port.resume(m_settings.readTimeoutMs, m_settings.writeTimeoutMs);
 }
 
 void TEquipmentThread::leaveDevice(bool mayOpen)
 {
-    if (mayOpen && m_stopRequested)
+    if (mayOpen && isStopOwed())
         openPort();
     if (!m_port.isOpen())
         return;
-    resumePort();
-    sayLastWords(m_stopRequested.exchange(false));
+    enter(TPhase::Leaving);
+    sayLastWords(isStopOwed());
 }

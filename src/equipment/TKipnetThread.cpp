@@ -57,8 +57,10 @@ void TKipnetThread::report(const char* text)
 
 bool TKipnetThread::serveStop()
 {
-    if (send(kipnet::stopMessage()))
+    if (send(kipnet::stopMessage())) {
+        m_running = false;
         return true;
+    }
     if (isEnding())
         return false;
     throw TError(stopFailure);
@@ -92,7 +94,7 @@ void TKipnetThread::sayLastWords(bool stopOwed)
 
 void TKipnetThread::command(const std::string& message, const char* failure)
 {
-    if (!isEnding() && !send(message) && !isEnding())
+    if (!isCutShort() && !send(message) && !isCutShort())
         throw TError(failure);
 }
 

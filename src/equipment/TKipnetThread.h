@@ -31,7 +31,7 @@ protected:
     void report(const char* text) override;
 
 private:
-    /// Throws TError if the device does not answer; nothing once the thread is to end.
+    /// Throws TError if the device does not answer; nothing once cut short.
     void command(const std::string& message, const char* failure);
     /// True once the device has answered; false also when cut short.
     bool send(const std::string& message);
@@ -41,5 +41,5 @@ private:
     const TKipnetTimes m_times;
     const QString m_logPath;
     TKipnetLog m_log;
-    bool m_running = false;
+    bool m_running = false; ///< the belt; a stop has it stand
 };

@@ -2,6 +2,9 @@
 
 #include <QtDebug>
 
+#include <algorithm>
+#include <chrono>
+
 namespace {
 
 TCommSettings portSettings(const TOlmoTimes& times)
@@ -37,7 +40,8 @@ void TOlmoThread::wakeDevice()
 {
     take(olmo::reset());
     for (int i = 0; i < m_times.startUpPauses; ++i) {
-        if (!pause(m_times.startUpPauseMs))
+        // The device has just been reset: a stop changes nothing, and the device needs its time.
+        if (!pauseUntilEnd(m_times.startUpPauseMs))
             return;
     }
     take(olmo::askForData());
@@ -50,8 +54,9 @@ void TOlmoThread::serveStart()
 
 bool TOlmoThread::serveStop()
 {
-    // One that does not go out now would not do so at the end either, but is tried there.
-    send(olmo::reset());
+    if (!send(olmo::reset()))
+        return false;
+    m_current = 0;
     return true;
 }
 
@@ -59,8 +64,13 @@ void TOlmoThread::serveCommit(const TEquipmentValues& values)
 {
     m_target = olmo::wholeWatts(values.workload);
     const std::vector<olmo::TStep> steps = olmo::loadSteps(m_current, m_target);
-    for (const olmo::TStep& step : steps)
+    // Answers that a stop did not wait for must not pass for those of this load.
+    port().purgeInput();
+    for (const olmo::TStep& step : steps) {
+        if (isCutShort())
+            return;
         take(step);
+    }
     if (!steps.empty())
         m_current = m_target;
 }
@@ -94,8 +104,11 @@ void TOlmoThread::take(const olmo::TStep& step)
 
 void TOlmoThread::skipLine()
 {
+    using TClock = std::chrono::steady_clock;
+    const auto deadline = TClock::now() + std::chrono::milliseconds(2 * m_times.timeoutMs);
     for (int i = 0; i < olmo::maxLineBytes; ++i) {
-        const int byte = port().readByte();
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - TClock::now());
+        const int byte = port().readByteWithin(std::min(m_times.timeoutMs, static_cast<int>(left.count())));
         if (byte < 0 || byte == '\n')
             return;
     }

@@ -10,7 +10,7 @@ struct TOlmoTimes
     int startUpPauses = 14;
     int stepPauseMs = 200; ///< between the steps of a change of load
     int turnMs = 200;
-    int timeoutMs = 2000;  ///< of a read or a write
+    int timeoutMs = 2000;  ///< of a byte or a write; a line has twice as long
     int lastWordsMs = 400; ///< the same on the way out
 };
 
@@ -33,12 +33,12 @@ protected:
 private:
     void wakeDevice();
     bool send(const olmo::TStep& step);
-    /// Nothing once the thread is to end.
+    /// Nothing once the thread is to end; when a stop is owed, without the waits.
     void take(const olmo::TStep& step);
     void skipLine();
 
     const TOlmoTimes m_times;
     bool m_firstTurn = true;
     int m_target = 0;  ///< watts
-    int m_current = 0; ///< watts
+    int m_current = 0; ///< watts; a stop takes the load away
 };

@@ -7,12 +7,13 @@
 #include <string>
 #include <vector>
 
-/// How a serial port is to be set up. Parity stays as the port has it.
+/// How a serial port is to be set up. Parity stays as the port has it. Flow control by characters is always
+/// off: samples are any bytes, and a stray 0x13 from a device would hold back the stop of a treadmill.
 struct TCommSettings
 {
     enum class TFlowControl
     {
-        Keep, ///< as the port has it
+        Keep, ///< by the control lines if the port has it so
         None  ///< none, and the control lines of our side at rest
     };
 
@@ -73,6 +74,11 @@ public:
     int read(char* data, int size);
     /// The next byte, or -1. Cheap: bytes are fetched from the system in bulk.
     int readByte() { return m_next < m_end || fill() ? static_cast<unsigned char>(m_input[m_next++]) : -1; }
+    /// The same with a time-out of its own; below 0 counts as 0.
+    int readByteWithin(int timeoutMs)
+    {
+        return m_next < m_end || fillWithin(timeoutMs) ? static_cast<unsigned char>(m_input[m_next++]) : -1;
+    }
     /// False unless all bytes went out within the write time-out.
     bool write(const char* data, int size);
 

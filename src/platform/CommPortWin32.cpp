@@ -64,6 +64,8 @@ void setUpState(HANDLE port, const TCommSettings& settings)
     state.BaudRate = static_cast<DWORD>(settings.baud);
     state.ByteSize = static_cast<BYTE>(settings.dataBits);
     state.StopBits = settings.stopBits == 2 ? TWOSTOPBITS : ONESTOPBIT;
+    state.fOutX = FALSE;
+    state.fInX = FALSE;
     if (settings.flowControl == TCommSettings::TFlowControl::None) {
         state.fOutxCtsFlow = FALSE;
         state.fOutxDsrFlow = FALSE;

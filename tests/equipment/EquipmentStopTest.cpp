@@ -42,6 +42,11 @@ qint64 msOf(const std::function<void()>& action)
     return timer.elapsed();
 }
 
+template <class TDevice> bool isMatched(const TDevice& device, const QRegularExpression& expected)
+{
+    return comesTrue([&] { return expected.match(QString::fromLatin1(device.told())).hasMatch(); });
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(TSituation)
@@ -62,7 +67,9 @@ private Q_SLOTS:
     void anErgometerThatNobodyStoppedIsResetAnyway();
     void aSilentTreadmillIsToldThreeTimes();
     void aTreadmillIsGivenTimeToAnswerItsLastStop();
+    void lastWordsThatAreBeingSaidAreNotCutShort();
     void anInterruptedFailureIsNone();
+    void aDriverWithTheTimesOfADeviceEndsSoon();
 };
 
 void EquipmentStopTest::aTreadmillIsStoppedBeforeItsDriverEnds_data()
@@ -143,37 +150,37 @@ void EquipmentStopTest::anErgometerIsStoppedBeforeItsDriverEnds()
         driver.reset();
     });
     QVERIFY2(ms < soonMs, qPrintable(QString::number(ms)));
-    QVERIFY2(ergometer.isTold(told), ergometer.told().constData());
+    // The stop may have gone out by itself; the last reset always does.
+    QVERIFY2(comesTrue([&] { return ergometer.told() == told || ergometer.told() == told + " r"; }),
+             ergometer.told().constData());
 }
 
 void EquipmentStopTest::aStopRightAfterTheCreationReachesEveryTreadmill()
 {
-    TKipnetSession session;
-    session.driver.reset();
-    for (std::size_t i = 0; i < 50; ++i) {
-        session.connectTo(session.treadmill.path());
-        if (i % 2 == 0)
+    // What was committed may have begun to go out. The stop is said again if the end cuts its answer short.
+    const QRegularExpression uncommitted(QStringLiteral("^;2ST17:( ;2ST17:)?$"));
+    const QRegularExpression committed(
+        QStringLiteral("^(;2GO00: (;2V005077: (;2E010056: )?)?)?;2ST17:( ;2ST17:)?$"));
+    for (int i = 0; i < 50; ++i) {
+        TKipnetSession session;
+        const bool isCommitted = i % 2 == 0;
+        if (isCommitted)
             session.set(5.0, 10.0);
         session.driver->stop();
         session.driver.reset();
-        QVERIFY(comesTrue([&] {
-            const std::vector<TReceivedMessage> messages = session.treadmill.messages();
-            return static_cast<std::size_t>(
-                       std::count_if(messages.begin(), messages.end(),
-                                     [](const auto& each) { return each.text == ";2ST17:"; })) >= i + 1;
-        }));
-        QCOMPARE(session.treadmill.messages().back().text, std::string(";2ST17:"));
+        const QRegularExpression& expected = isCommitted ? committed : uncommitted;
+        QVERIFY2(isMatched(session.treadmill, expected), session.treadmill.told().constData());
     }
 }
 
 void EquipmentStopTest::aStopRightAfterTheCreationReachesEveryErgometer()
 {
-    TServedDevice<TErgometerSimulator> ergometer;
-    for (std::size_t i = 0; i < 50; ++i) {
-        const std::size_t before = ergometer.messages().size();
+    // The first turn's reset may have gone out.
+    const QRegularExpression expected(QStringLiteral("^r( r)?$"));
+    for (int i = 0; i < 50; ++i) {
+        const TServedDevice<TErgometerSimulator> ergometer;
         TOlmoErgometer(ergometer.path()).stop();
-        QVERIFY(ergometer.hasReceived(before + 1));
-        QCOMPARE(ergometer.messages().back().text, std::string("r"));
+        QVERIFY2(isMatched(ergometer, expected), ergometer.told().constData());
     }
 }
 
@@ -229,6 +236,25 @@ void EquipmentStopTest::aTreadmillIsGivenTimeToAnswerItsLastStop()
     }
 }
 
+void EquipmentStopTest::lastWordsThatAreBeingSaidAreNotCutShort()
+{
+    // The first stop fails, the second one is said on the way out, and the answers come when it waits.
+    TEquipmentSimulatorOptions late = fault(TFault::Late, 0);
+    late.lateMs = 2500;
+    TKipnetTimes times = TKipnetSession::shortTimes();
+    times.timeoutMs = 200;
+    times.lastWordsMs = endlessMs;
+    TKipnetSession session(late, times);
+    session.driver->stop();
+    QVERIFY(session.treadmill.hasReceived(1));
+    session.driver->stop();
+    QVERIFY(session.treadmill.hasReceived(4));
+    session.driver.reset();
+    QVERIFY(session.treadmill.isTold(";2ST17: ;2ST17: ;2ST17: ;2ST17:"));
+    QVERIFY(session.log().endsWith(">> ;2ST17:\nKipnet device did not respond (command ST)\n>> ;2ST17:\n"
+                                   "Thread stop\n--------------------\n"));
+}
+
 void EquipmentStopTest::anInterruptedFailureIsNone()
 {
     TKipnetTimes times;
@@ -239,6 +265,28 @@ void EquipmentStopTest::anInterruptedFailureIsNone()
     session.driver.reset();
     QVERIFY(session.treadmill.isTold(";2GO00:"));
     QVERIFY(!session.log().contains("respond"));
+}
+
+void EquipmentStopTest::aDriverWithTheTimesOfADeviceEndsSoon()
+{
+    constexpr int boundMs = 4000;
+    TKipnetSession session(fault(TFault::Silent, 0), TKipnetTimes());
+    const TServedDevice<TErgometerSimulator> ergometer(fault(TFault::Silent, 0));
+    auto driver = std::make_unique<TOlmoErgometer>(ergometer.path());
+    session.set(5.0, 10.0);
+    QVERIFY(session.treadmill.hasReceived(1));
+    QVERIFY(ergometer.hasReceived(1));
+    const qint64 treadmillMs = msOf([&] {
+        session.driver->stop();
+        session.driver.reset();
+    });
+    const qint64 ergometerMs = msOf([&] {
+        driver->stop();
+        driver.reset();
+    });
+    QVERIFY2(treadmillMs < boundMs, qPrintable(QString::number(treadmillMs)));
+    QVERIFY2(ergometerMs < boundMs, qPrintable(QString::number(ergometerMs)));
+    QVERIFY(ergometer.isTold("r r"));
 }
 
 QTEST_GUILESS_MAIN(EquipmentStopTest)

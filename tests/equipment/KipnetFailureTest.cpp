@@ -46,7 +46,7 @@ private Q_SLOTS:
     void anAnswerInTimeIsWaitedFor();
     void aHangUpEndsTheThread();
     void aStopWithoutAnAnswerIsTriedThreeTimes();
-    void aStopIsNotForgottenWhenACommandFails();
+    void aStopIsNotForgottenWhenAnotherFails();
     void aFailedDriverAcceptsWhatItIsTold();
     void aPortThatCannotBeOpenedHasItsText_data();
     void aPortThatCannotBeOpenedHasItsText();
@@ -89,17 +89,17 @@ void KipnetFailureTest::aDeviceThatDoesNotAnswerEndsTheThread()
 
 void KipnetFailureTest::anAttemptThatFailedIsMadeAgainAfterAPause()
 {
-    TKipnetTimes times = impatient(100);
-    times.retryPauseMs = 100;
+    TKipnetTimes times = impatient(50);
+    times.retryPauseMs = 400;
     TKipnetSession session(fault(TFault::Silent), times);
+    QElapsedTimer timer;
+    timer.start();
     session.driver->setValue("speed", 0.0);
     session.driver->commit();
     QVERIFY(session.hasEnded());
-    const std::vector<TReceivedMessage> messages = session.treadmill.messages();
-    QCOMPARE(messages.size(), std::size_t(3));
-    // The device notes what comes a little later than it is sent.
-    QVERIFY(messages[1].seconds - messages[0].seconds > 0.15);
-    QVERIFY(messages[2].seconds - messages[1].seconds > 0.15);
+    // All in all, for the device may note a message much later than it is sent.
+    QVERIFY(timer.elapsed() >= 3 * 50 + 3 * 400);
+    QCOMPARE(session.treadmill.messages().size(), std::size_t(3));
 }
 
 void KipnetFailureTest::twoAttemptsMayFail()
@@ -154,18 +154,17 @@ void KipnetFailureTest::aStopWithoutAnAnswerIsTriedThreeTimes()
     QVERIFY(session.treadmill.isTold(";2ST17: ;2ST17: ;2ST17:"));
 }
 
-void KipnetFailureTest::aStopIsNotForgottenWhenACommandFails()
+void KipnetFailureTest::aStopIsNotForgottenWhenAnotherFails()
 {
     const TDebugTexts debug;
     TKipnetSession session(fault(TFault::Short, 0, 3), impatient(300));
-    session.driver->setValue("speed", 5.0);
-    session.driver->commit();
+    session.driver->stop();
     QVERIFY(session.treadmill.hasReceived(1));
     session.driver->stop();
     QVERIFY(session.hasEnded());
-    QVERIFY(isToldTo(debug, "Kipnet device did not respond (command GO)"));
-    QVERIFY(session.treadmill.isTold(";2GO00: ;2GO00: ;2GO00: ;2ST17:"));
-    QVERIFY(session.log().contains("(command GO)\n>> ;2ST17:\nThread stop\n"));
+    QVERIFY(isToldTo(debug, "Kipnet device did not respond (command ST)"));
+    QVERIFY(session.treadmill.isTold(";2ST17: ;2ST17: ;2ST17: ;2ST17:"));
+    QVERIFY(session.log().contains("(command ST)\n>> ;2ST17:\nThread stop\n"));
 }
 
 void KipnetFailureTest::aFailedDriverAcceptsWhatItIsTold()

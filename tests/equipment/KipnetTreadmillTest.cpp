@@ -38,6 +38,9 @@ private Q_SLOTS:
     void commitsThatWaitMerge();
     void valuesGoOutAsTheyWereCommitted();
     void aStopVoidsWhatWasCommittedBefore();
+    void aStopGoesBeforeWhatWasCommittedAfterIt();
+    void aStartDoesNotHoldUpACommit();
+    void aStopHasTheBeltStand();
     void theDriverIsAlwaysWell();
     void theLogTellsWhatWasSent();
     void theLogIsAppendedTo();
@@ -169,6 +172,40 @@ void KipnetTreadmillTest::aStopVoidsWhatWasCommittedBefore()
     QVERIFY(session.treadmill.isTold(";2V000072: ;2ST17:"));
     session.driver->commit();
     QVERIFY(session.treadmill.isTold(";2V000072: ;2ST17: ;2V000072:"));
+}
+
+void KipnetTreadmillTest::aStopGoesBeforeWhatWasCommittedAfterIt()
+{
+    TKipnetSession session(slowFirstAnswer());
+    session.driver->setValue("incline", 0.0);
+    session.driver->commit();
+    QVERIFY(session.treadmill.hasReceived(1));
+    session.set(40.0, 20.0);
+    session.driver->stop();
+    session.set(5.0, 10.0);
+    QVERIFY(session.treadmill.isTold(";2E000055: ;2ST17: ;2GO00: ;2V005077: ;2E010056:"));
+}
+
+void KipnetTreadmillTest::aStartDoesNotHoldUpACommit()
+{
+    TKipnetSession session(slowFirstAnswer());
+    session.driver->setValue("speed", 0.0);
+    session.driver->commit();
+    QVERIFY(session.treadmill.hasReceived(1));
+    session.driver->start();
+    session.set(5.0, 10.0);
+    QVERIFY(session.treadmill.isTold(";2V000072: ;2GO00: ;2V005077: ;2E010056:"));
+}
+
+void KipnetTreadmillTest::aStopHasTheBeltStand()
+{
+    TKipnetSession session;
+    session.set(5.0, 10.0);
+    QVERIFY(session.treadmill.isTold(";2GO00: ;2V005077: ;2E010056:"));
+    session.driver->stop();
+    QVERIFY(session.treadmill.isTold(";2GO00: ;2V005077: ;2E010056: ;2ST17:"));
+    session.driver->commit();
+    QVERIFY(session.treadmill.isTold(";2GO00: ;2V005077: ;2E010056: ;2ST17: ;2GO00: ;2V005077: ;2E010056:"));
 }
 
 void KipnetTreadmillTest::theDriverIsAlwaysWell()

@@ -1,9 +1,13 @@
+#include "base/Error.h"
 #include "platform/CommPort.h"
 #include "simulators/TErgometerSimulator.h"
 #include "simulators/TTreadmillSimulator.h"
 #include "support/ServedDevice.h"
 
 #include <QtTest>
+
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -27,7 +31,15 @@ public:
         bytes.resize(std::max(0, m_port.read(bytes.data(), size)));
         return bytes;
     }
-    /// What comes within 100 ms.
+    /// As many, and what else there is.
+    int linesOf(int count)
+    {
+        QByteArray bytes;
+        for (int byte = 0; bytes.count('\n') < count && (byte = m_port.readByte()) >= 0;)
+            bytes += static_cast<char>(byte);
+        return (bytes + rest()).count('\n');
+    }
+    /// What is too much, if it comes within 100 ms.
     QByteArray rest()
     {
         m_port.resume(100, 100);
@@ -44,7 +56,7 @@ TEquipmentSimulatorOptions fault(TFault kind, int after = 0, int times = -1)
     options.fault = kind;
     options.faultAfter = after;
     options.faultTimes = times;
-    options.lateMs = 50;
+    options.lateMs = 500;
     return options;
 }
 
@@ -66,6 +78,8 @@ private Q_SLOTS:
     void faultsTouchTheMessagesTheyAreToldTo();
     void aHangUpTakesThePortAway();
     void aPortIsFoundByItsLink();
+    void aLinkThatIsThereIsReplaced();
+    void aFileInThePlaceOfALinkStays();
 };
 
 void EquipmentSimulatorTest::aTreadmillJudgesMessages_data()
@@ -151,21 +165,13 @@ void EquipmentSimulatorTest::anErgometerJudgesCommands()
 void EquipmentSimulatorTest::anErgometerAnswersInLines()
 {
     const TServedDevice<TErgometerSimulator> ergometer;
-    const auto linesAfter = [&ergometer](const char* sent) {
+    const std::pair<const char*, int> commands[] = {{"r", 0}, {"c", 3}, {"p", 1},     {"d", 1}, {"50\n", 2},
+                                                    {"a", 1}, {"i", 1}, {"-25\n", 2}, {"e", 2}, {"x", 0}};
+    for (const auto& [sent, lines] : commands) {
         TLine line(ergometer.path());
-        line.write(sent);
-        return line.rest().count('\n');
-    };
-    QCOMPARE(linesAfter("r"), 0);
-    QCOMPARE(linesAfter("c"), 3);
-    QCOMPARE(linesAfter("p"), 1);
-    QCOMPARE(linesAfter("d"), 1);
-    QCOMPARE(linesAfter("50\n"), 2);
-    QCOMPARE(linesAfter("a"), 1);
-    QCOMPARE(linesAfter("i"), 1);
-    QCOMPARE(linesAfter("-25\n"), 2);
-    QCOMPARE(linesAfter("e"), 2);
-    QCOMPARE(linesAfter("x"), 0);
+        QVERIFY(line.write(sent));
+        QCOMPARE(line.linesOf(lines), lines);
+    }
 }
 
 void EquipmentSimulatorTest::faultsTouchTheMessagesTheyAreToldTo_data()
@@ -211,6 +217,33 @@ void EquipmentSimulatorTest::aPortIsFoundByItsLink()
     TLine line(options.link);
     QVERIFY(line.write(";2GO00:"));
     QVERIFY(treadmill.isTold(";2GO00:"));
+}
+
+void EquipmentSimulatorTest::aLinkThatIsThereIsReplaced()
+{
+    const QTemporaryDir folder;
+    TEquipmentSimulatorOptions options;
+    options.link = folder.filePath(QStringLiteral("treadmill")).toStdString();
+    const QString link = QString::fromStdString(options.link);
+    QVERIFY(QFile::link(folder.filePath(QStringLiteral("left behind")), link));
+    auto first = std::make_unique<TTreadmillSimulator>(options);
+    const QString firstPort = QFile::symLinkTarget(link);
+    const TTreadmillSimulator second(options);
+    const QString secondPort = QFile::symLinkTarget(link);
+    QVERIFY(firstPort.startsWith(QStringLiteral("/dev/")) && secondPort != firstPort);
+    first.reset();
+    QCOMPARE(QFile::symLinkTarget(link), secondPort);
+}
+
+void EquipmentSimulatorTest::aFileInThePlaceOfALinkStays()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("treadmill")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    TEquipmentSimulatorOptions options;
+    options.link = file.fileName().toStdString();
+    QVERIFY_EXCEPTION_THROWN(TTreadmillSimulator{options}, TError);
+    QVERIFY(QFileInfo(file.fileName()).isFile());
 }
 
 QTEST_GUILESS_MAIN(EquipmentSimulatorTest)
