@@ -73,10 +73,8 @@ void TColumnTrace::drawRun(QPainter& painter, const TraceStyle& style, const Tra
     const int extra = style.thickness - 1;
     m_lines.clear();
     for (int column = from; column < to; ++column) {
-        const double high = double(m_high[column]) - row.offset;
-        const double low = double(m_low[column]) - row.offset;
-        const int top = truncated<int>(row.centre - high * row.pixelsPerCount);
-        const int bottom = truncated<int>(row.centre - low * row.pixelsPerCount);
+        const int top = truncated<int>(row.y(m_high[column]));
+        const int bottom = truncated<int>(row.y(m_low[column]));
         const int x = style.left + column;
         m_lines.emplace_back(x, std::min(top, bottom), x, std::max(top, bottom) + extra);
     }
