@@ -18,8 +18,6 @@ struct TraceStyle
     QColor trace;
     QColor saturation;
     int left = 0;
-    int width = 0;
-    /// Of the trace; device pixels.
     int thickness = 1;
     int saturationThickness = 2;
 };

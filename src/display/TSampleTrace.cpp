@@ -17,7 +17,7 @@ void TSampleTrace::draw(QPainter& painter, TSignal& signal, const TRun& run, con
     const auto pointOf = [&](int i) {
         // The signal's own sample: what is read as a double may have a fraction.
         const int sample = truncated<int>(m_samples[i]);
-        return QPoint(truncated<int>(run.x + i * run.step), truncated<int>(row.y(sample)));
+        return QPoint(truncated<int>(run.x + i * run.step), row.pixelY(sample));
     };
     m_lines.clear();
     for (int i = 1; i < count; ++i)

@@ -1,13 +1,22 @@
 #pragma once
 
-/// Where one lead lies: a sample's y is `centre` - (sample - `offset`) * `pixelsPerCount`, truncated.
-/// `pixelsPerCount` is negative for an inverted lead. Device pixels.
+#include "analysis/signals/Truncation.h"
+
+#include <algorithm>
+
+/// Where one lead lies: a sample's y is `centre` - (sample - `offset`) * `pixelsPerCount`. `pixelsPerCount`
+/// is negative for an inverted lead. Device pixels.
 struct TraceRow
 {
     double centre = 0.0;
     double pixelsPerCount = 0.0;
     int offset = 0;
 
-    /// In doubles, for the counts of some signals take all of an int.
-    double y(double sample) const { return centre - (sample - offset) * pixelsPerCount; }
+    /// Truncated, and no further out of the picture than painters can reckon with.
+    int pixelY(int sample) const
+    {
+        constexpr double outside = 30000.0;
+        const double y = centre - (static_cast<double>(sample) - offset) * pixelsPerCount;
+        return velantor::truncated<int>(std::clamp(y, -outside, outside));
+    }
 };
