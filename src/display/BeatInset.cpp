@@ -32,7 +32,7 @@ QRect columnSpan(const InsetRow& row, const TDoubleVector& beat, int column)
     const auto first = std::max<qint64>(column * points / row.width - 1, 0);
     const auto end = (column + 1) * points / row.width;
     const auto [low, high] = std::minmax_element(beat.data() + first, beat.data() + end);
-    const auto [top, bottom] = std::minmax(insetY(row, *high), insetY(row, *low));
+    const auto [top, bottom] = std::minmax({insetY(row, *high), insetY(row, *low)});
     return {row.left + column - row.thickness / 2, top, row.thickness, bottom - top + row.thickness};
 }
 

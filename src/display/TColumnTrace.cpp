@@ -62,7 +62,7 @@ void TColumnTrace::drawRun(QPainter& painter, const TraceStyle& style, const Tra
     const int thickness = saturated ? style.saturationThickness : style.thickness;
     m_spans.clear();
     for (int column = from; column < to; ++column) {
-        const auto [top, bottom] = std::minmax(row.pixelY(m_high[column]), row.pixelY(m_low[column]));
+        const auto [top, bottom] = std::minmax({row.pixelY(m_high[column]), row.pixelY(m_low[column])});
         // As thick where the trace is flat as where it is steep.
         m_spans.emplace_back(style.left + column - thickness / 2, top, thickness, bottom - top + thickness);
     }
