@@ -1,11 +1,8 @@
 #include "analysis/beats/TAverageBeat.h"
 #include "display/ColorSchemes.h"
 #include "display/MonitorPicture.h"
-#include "display/SpinnerPainter.h"
-#include "display/TFiducialSource.h"
 #include "display/TSignalSaturation.h"
 
-#include <QPainter>
 #include <QtTest>
 
 #include <functional>
@@ -311,6 +308,8 @@ private Q_SLOTS:
         QCOMPARE(TLeadLabels::text(signal, 0, false), QStringLiteral("aVR"));
         QCOMPARE(TLeadLabels::text(signal, 0, true), QStringLiteral("-aVR"));
         QCOMPARE(TLeadLabels::text(signal, 1, true), QString());
+        signal.channel(2)->setName("Brustwand \xc3\xbc");
+        QCOMPARE(TLeadLabels::text(signal, 2, false), QStringLiteral("Brustwand \u00fc"));
         QCOMPARE(TLeadLabels::text(signal, 9, true), QString());
     }
 
@@ -346,35 +345,6 @@ private Q_SLOTS:
         QVERIFY(monitor.take() != plain);
     }
 
-    void spinnerTurnsWhileThereAreNoSamples()
-    {
-        MonitorPicture monitor;
-        monitor.show();
-        const QImage before = monitor.take();
-        QVERIFY(countOther(before, before.rect(), Qt::white) > 1000);
-        QTRY_COMPARE(monitor.display.spinnerIndex(), 9);
-        // The turn is seen with the next redraw only.
-        QCOMPARE(monitor.take(), before);
-        monitor.display.refresh();
-        QVERIFY(monitor.take() != before);
-        QTRY_COMPARE(monitor.display.spinnerIndex(), 8);
-    }
-
-    void spinnerGoesWithTheFirstSample()
-    {
-        MonitorPicture monitor;
-        monitor.show();
-        monitor.add(1, 0);
-        monitor.display.refresh();
-        const int index = monitor.display.spinnerIndex();
-        const QImage image = monitor.take();
-        const QRect middle(image.width() / 2 - monitor.scale.px(30.0), 0, monitor.scale.px(60.0),
-                           image.height());
-        QCOMPARE(countOther(image, middle, Qt::white), 0);
-        QTest::qWait(450);
-        QCOMPARE(monitor.display.spinnerIndex(), index);
-    }
-
     void timerShowsThePictureAgainWithoutDrawingIt()
     {
         TReadCounter signal;
@@ -386,55 +356,6 @@ private Q_SLOTS:
         QTRY_VERIFY(counter.paints >= 2);
         QCOMPARE(signal.reads, 0);
         monitor.display.setSignal(nullptr);
-    }
-
-    void spinnerIsARingOfTenSectors()
-    {
-        QImage image(200, 100, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        paintSpinner(painter, PageScale::of(image.size(), 50.0, 1.0), 2);
-        painter.end();
-        QVERIFY(isColor(image, 100, 50, Qt::white));
-        QCOMPARE(countOther(image, QRect(0, 0, 70, 100), Qt::white), 0);
-        QCOMPARE(countOther(image, QRect(0, 0, 200, 20), Qt::white), 0);
-        const auto greyOf = [&](int sector) {
-            const double angle = qDegreesToRadians(sector * 36.0 + 15.0);
-            return image.pixelColor(qRound(100 + 22 * std::cos(angle)), qRound(50 - 22 * std::sin(angle)))
-                .red();
-        };
-        for (int sector = 0; sector < spinnerSectors; ++sector)
-            QVERIFY(std::abs(greyOf(sector) - (sector == 2 ? 191 : 223)) <= 1);
-        // Between two sectors lies a gap of six degrees.
-        const double gap = qDegreesToRadians(33.0);
-        QVERIFY(isColor(image, qRound(100 + 28 * std::cos(gap)), qRound(50 - 28 * std::sin(gap)), Qt::white));
-    }
-
-    void saturationLimitFollowsTheResolution()
-    {
-        TInt16Signal signal(64, 64, 1, 500);
-        const TSignalSaturation saturation(&signal);
-        QCOMPARE(saturation.limit(), 32766);
-        signal.setResolutionBits(12);
-        QCOMPARE(saturation.limit(), 2046);
-        signal.setResolutionBits(64);
-        QCOMPARE(saturation.limit(), std::numeric_limits<int>::max());
-    }
-
-    void saturatedStretchEndsWithTheRange()
-    {
-        TInt16Signal signal(64, 64, 1, 500);
-        const std::vector<short> samples{0, 32767, -32767, 32766, 0, 32767, 32767};
-        signal.addInterleaved(reinterpret_cast<const char*>(samples.data()), 14);
-        TSignalSaturation saturation(&signal);
-        int first = -1;
-        int last = -1;
-        QVERIFY(saturation.findStretch(0, 0, 7, &first, &last));
-        QCOMPARE(std::make_pair(first, last), std::make_pair(1, 3));
-        QVERIFY(saturation.findStretch(0, 3, 7, &first, &last));
-        QCOMPARE(std::make_pair(first, last), std::make_pair(5, 7));
-        QVERIFY(!saturation.findStretch(0, 3, 5, &first, &last));
-        QVERIFY(!saturation.findStretch(1, 0, 7, &first, &last));
     }
 };
 
