@@ -17,6 +17,9 @@ public:
     /// The signal is borrowed and outlives the average. `holdTime` in seconds: older beats are let go.
     TAverageBeat(TSignal* signal, double holdTime);
 
+    /// The signal of the beats, borrowed.
+    const TSignal* signal() const { return m_signal; }
+
     /// A beat of the signal, in its time. Its surroundings, 0.45 s before R to 0.55 s after it, are read
     /// with the first read of a result after a beat. As long as the signal does not hold all of that second,
     /// because it has not come that far or a ring has let it go, the beat is left out; it is looked at again
