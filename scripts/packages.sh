@@ -3,7 +3,8 @@
 
 build_packages=(
     g++ cmake ninja-build pkg-config
-    qtbase5-dev libqt5serialport5-dev libqt5sql5-sqlite libminizip-dev libsoxr-dev zlib1g-dev)
+    qtbase5-dev libqt5serialport5-dev libqt5sql5-sqlite libminizip-dev libsoxr-dev zlib1g-dev
+    fonts-liberation)
 test_packages=(python3 sqlite3 unzip zip groff-base clang-format-14)
 # Design of the filters, compiler and runtime of the fuzzers, static checks, benchmarks, cross-compiler for the Win32
 # port.

@@ -1,0 +1,125 @@
+#include "display/ColorSchemes.h"
+
+#include <QtTest>
+
+namespace {
+
+/// Logs what a scheme does to a display.
+struct TDisplayLog
+{
+    void setColor(int tag, const QColor& color)
+    {
+        colors[tag] = color;
+        refreshedLast = false;
+    }
+    void refresh()
+    {
+        ++refreshes;
+        refreshedLast = true;
+    }
+
+    QMap<int, QColor> colors;
+    int refreshes = 0;
+    bool refreshedLast = false;
+};
+
+} // namespace
+
+class ColorSchemesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theNamesComeInAlphabeticalOrder();
+    void everySchemeHasItsColors_data();
+    void everySchemeHasItsColors();
+    void everySchemeColorsTheTagsZeroToNine();
+    void aSchemeIsSetTagByTagAndThenRefreshed();
+    void anUnknownNameSetsNoColor_data();
+    void anUnknownNameSetsNoColor();
+    void noDisplayIsPassedOver();
+};
+
+void ColorSchemesTest::theNamesComeInAlphabeticalOrder()
+{
+    QCOMPARE(schemeNames(),
+             QStringList({QStringLiteral("Black"), QStringLiteral("Blue"), QStringLiteral("Light")}));
+}
+
+void ColorSchemesTest::everySchemeHasItsColors_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::addColumn<QColor>("light");
+    QTest::addColumn<QColor>("blue");
+    QTest::addColumn<QColor>("black");
+
+    const QColor orange(255, 128, 0, 128);
+    QTest::newRow("trace") << 0 << QColor(0, 0, 0) << QColor(255, 255, 255) << QColor(0, 255, 0);
+    QTest::newRow("background") << 1 << QColor(255, 255, 255) << QColor(0, 0, 64) << QColor(0, 0, 0);
+    QTest::newRow("grid") << 2 << QColor(220, 200, 180) << QColor(96, 96, 128) << QColor(96, 96, 96);
+    QTest::newRow("labels") << 3 << QColor(192, 192, 192) << QColor(160, 160, 164) << QColor(160, 160, 164);
+    QTest::newRow("average beat") << 4 << QColor(0, 0, 128) << QColor(0, 255, 255) << QColor(255, 255, 0);
+    QTest::newRow("reference beat") << 5 << QColor(0, 128, 0) << QColor(0, 255, 0) << QColor(255, 255, 255);
+    QTest::newRow("saturated trace") << 6 << orange << orange << orange;
+    QTest::newRow("beat ticks") << 7 << QColor(0, 0, 255) << QColor(255, 255, 0) << QColor(0, 255, 255);
+    QTest::newRow("sweep cursor") << 8 << QColor(160, 160, 164) << QColor(128, 128, 128)
+                                  << QColor(128, 128, 128);
+    QTest::newRow("fiducial marks") << 9 << QColor(128, 0, 0) << QColor(255, 0, 0) << QColor(255, 0, 0);
+}
+
+void ColorSchemesTest::everySchemeHasItsColors()
+{
+    QFETCH(int, tag);
+    QFETCH(QColor, light);
+    QFETCH(QColor, blue);
+    QFETCH(QColor, black);
+    // Darkening leaves a colour in another of its forms; what is drawn is the same.
+    QCOMPARE(schemeColors(QStringLiteral("Light")).value(tag).rgba(), light.rgba());
+    QCOMPARE(schemeColors(QStringLiteral("Blue")).value(tag).rgba(), blue.rgba());
+    QCOMPARE(schemeColors(QStringLiteral("Black")).value(tag).rgba(), black.rgba());
+}
+
+void ColorSchemesTest::everySchemeColorsTheTagsZeroToNine()
+{
+    const QList<int> tags{0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+    for (const QString& name : schemeNames())
+        QCOMPARE(schemeColors(name).keys(), tags);
+}
+
+void ColorSchemesTest::aSchemeIsSetTagByTagAndThenRefreshed()
+{
+    for (const QString& name : schemeNames()) {
+        TDisplayLog display;
+        applyScheme(name, &display);
+        QCOMPARE(display.colors, schemeColors(name));
+        QCOMPARE(display.refreshes, 1);
+        QVERIFY(display.refreshedLast);
+    }
+}
+
+void ColorSchemesTest::anUnknownNameSetsNoColor_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("none, as after the installation") << QString();
+    QTest::newRow("of another version") << QStringLiteral("Sepia");
+    QTest::newRow("in other letters") << QStringLiteral("black");
+}
+
+void ColorSchemesTest::anUnknownNameSetsNoColor()
+{
+    QFETCH(QString, name);
+    TDisplayLog display;
+    applyScheme(name, &display);
+    QVERIFY(display.colors.isEmpty());
+    QCOMPARE(display.refreshes, 1);
+}
+
+void ColorSchemesTest::noDisplayIsPassedOver()
+{
+    TDisplayLog* none = nullptr;
+    applyScheme(QStringLiteral("Black"), none);
+    QVERIFY(!none);
+}
+
+QTEST_MAIN(ColorSchemesTest)
+#include "ColorSchemesTest.moc"
