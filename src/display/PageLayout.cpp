@@ -12,6 +12,8 @@ using velantor::truncated;
 namespace {
 
 constexpr double gapMm = 5.0;
+/// Wider than any screen, and painters can still reckon with it.
+constexpr double widestInset = 30000.0;
 
 int cursorColumnOf(const SweepPosition& sweep, int sampleCount, int traceWidth)
 {
@@ -32,9 +34,9 @@ PageLayout layOutPage(const PageScale& scale, double speed, double beatSeconds)
         return layout;
     layout.beatSeconds = beatSeconds;
     layout.insetLeft = truncated<int>(scale.pixelsPerCm * 0.25);
-    layout.insetWidth = truncated<int>(scale.width * beatSeconds / pageSeconds);
+    layout.insetWidth = truncated<int>(std::min(scale.width * beatSeconds / pageSeconds, widestInset));
     if (layout.insetWidth != 0)
-        layout.traceLeft = truncated<int>(layout.insetWidth + std::trunc(scale.pixelsPerCm * 0.5));
+        layout.traceLeft = layout.insetWidth + truncated<int>(scale.pixelsPerCm * 0.5);
     layout.traceWidth = scale.width - layout.traceLeft;
     layout.pageSeconds = pageSeconds;
     if (beatSeconds > 0.0)

@@ -1,14 +1,11 @@
 #include "display/TColumnTrace.h"
 
 #include "analysis/signals/TChannel.h"
-#include "analysis/signals/Truncation.h"
 #include "display/TSaturationSource.h"
 
 #include <QPainter>
 
 #include <algorithm>
-
-using velantor::truncated;
 
 QPen tracePen(const QColor& color, int thickness)
 {
@@ -73,10 +70,8 @@ void TColumnTrace::drawRun(QPainter& painter, const TraceStyle& style, const Tra
     const int extra = style.thickness - 1;
     m_lines.clear();
     for (int column = from; column < to; ++column) {
-        const double high = double(m_high[column]) - row.offset;
-        const double low = double(m_low[column]) - row.offset;
-        const int top = truncated<int>(row.centre - high * row.pixelsPerCount);
-        const int bottom = truncated<int>(row.centre - low * row.pixelsPerCount);
+        const int top = row.pixelY(m_high[column]);
+        const int bottom = row.pixelY(m_low[column]);
         const int x = style.left + column;
         m_lines.emplace_back(x, std::min(top, bottom), x, std::max(top, bottom) + extra);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "display/PageScale.h"
+#include "display/TraceRow.h"
 
 #include <QColor>
 #include <QLine>
@@ -8,6 +8,7 @@
 #include <vector>
 
 class QPainter;
+class QPen;
 class TChannel;
 class TSaturationSource;
 
@@ -17,19 +18,8 @@ struct TraceStyle
     QColor trace;
     QColor saturation;
     int left = 0;
-    int width = 0;
-    /// Of the trace; device pixels.
     int thickness = 1;
     int saturationThickness = 2;
-};
-
-/// Where one lead lies: a sample's y is `centre` - (sample - `offset`) * `pixelsPerCount`, which is negative
-/// for an inverted lead.
-struct TraceRow
-{
-    double centre = 0.0;
-    double pixelsPerCount = 0.0;
-    int offset = 0;
 };
 
 /// One lead by columns: each column of pixels spans the least and the greatest of its samples. Keeps its
@@ -62,4 +52,4 @@ private:
 };
 
 /// Pen for traces: ends flat, hairlines on a plain screen.
-class QPen tracePen(const QColor& color, int thickness);
+QPen tracePen(const QColor& color, int thickness);
