@@ -17,6 +17,9 @@ public:
     /// The signal is borrowed and outlives the average. `holdTime` in seconds: older beats are let go.
     TAverageBeat(TSignal* signal, double holdTime);
 
+    /// The signal of the beats, borrowed.
+    const TSignal* signal() const { return m_signal; }
+
     /// A beat of the signal, in its time. Its surroundings, 0.45 s before R to 0.55 s after it, are read
     /// later, with the first read of a result; what the signal lacks by then counts as 0.
     void addBeat(const TBeat& beat);

@@ -52,6 +52,23 @@ private Q_SLOTS:
         QCOMPARE(sink.sample(1, 1), 3 + 2 * 2 + 4 * 1);
     }
 
+    void aStreamMayStopBeforeTheEndOfItsSource()
+    {
+        TInt16Signal source(4, 100, 1, 500);
+        TInt16Signal sink(4, 100, 1, 500);
+        append(source, {{10, 20, 30, 40, 50, 60}}, 0, 6);
+        TFirStream stream({1.0, 0.0, 0.0}, 1);
+        stream.attach(&source, 0);
+        stream.setSink(&sink);
+        for (const int end : {0, 1, 4, 2}) {
+            stream.runTo(end);
+            QCOMPARE(sink.sampleCount(), end < 2 ? 0 : 3);
+        }
+        stream.runTo(1000);
+        QCOMPARE(sink.sampleCount(), 5);
+        QCOMPARE(sink.sample(0, 4), 60);
+    }
+
     void anImpulseComesOutAsTheCoefficients()
     {
         TInt16Signal source(4, 100, 1, 500);

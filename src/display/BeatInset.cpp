@@ -1,0 +1,76 @@
+#include "display/BeatInset.h"
+
+#include "analysis/signals/TDoubleVector.h"
+#include "analysis/signals/Truncation.h"
+
+#include <QPainter>
+#include <QPolygonF>
+#include <QVector>
+
+#include <algorithm>
+
+namespace {
+
+int columnX(const InsetRow& row, int index, int points)
+{
+    return row.left + static_cast<int>(qint64(index) * row.width / points);
+}
+
+void drawPointByPoint(QPainter& painter, const InsetRow& row, const TDoubleVector& beat)
+{
+    QVector<QPoint> points;
+    points.reserve(beat.size());
+    for (int i = 0; i < beat.size(); ++i)
+        points.append(QPoint(columnX(row, i, beat.size()), insetY(row, beat[i])));
+    painter.drawPolyline(points.constData(), points.size());
+}
+
+QLine columnLine(const InsetRow& row, const TDoubleVector& beat, int column)
+{
+    const qint64 points = beat.size();
+    const auto first = std::max<qint64>(column * points / row.width - 1, 0);
+    const auto end = (column + 1) * points / row.width;
+    const auto [low, high] = std::minmax_element(beat.data() + first, beat.data() + end);
+    const int x = row.left + column;
+    return {x, insetY(row, *high), x, insetY(row, *low)};
+}
+
+} // namespace
+
+int insetY(const InsetRow& row, double value)
+{
+    return velantor::truncated<int>(row.centre - value * row.pixelsPerCount);
+}
+
+void drawFlatBeat(QPainter& painter, const InsetRow& row)
+{
+    const int y = insetY(row, 0.0);
+    painter.drawLine(row.left, y, row.left + row.width, y);
+}
+
+void drawBeatByColumns(QPainter& painter, const InsetRow& row, const TDoubleVector& beat)
+{
+    if (row.width <= 0 || beat.size() == 0)
+        return;
+    if (beat.size() <= row.width) {
+        drawPointByPoint(painter, row, beat);
+        return;
+    }
+    QVector<QLine> lines;
+    lines.reserve(row.width);
+    for (int column = 0; column < row.width; ++column)
+        lines.append(columnLine(row, beat, column));
+    painter.drawLines(lines);
+}
+
+void drawBeatThroughPoints(QPainter& painter, const InsetRow& row, const TDoubleVector& beat)
+{
+    if (beat.size() == 0)
+        return;
+    const double step = double(row.width) / beat.size();
+    QPolygonF points;
+    points.reserve(beat.size());
+    for (int i = 0; i < beat.size(); ++i)
+        points.append(QPointF(row.left + i * step, row.centre - beat[i] * row.pixelsPerCount));
+    painter.drawPolyline(points);
+}
