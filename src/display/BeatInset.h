@@ -14,17 +14,19 @@ struct InsetRow
     int width = 0;
     double centre = 0.0;
     double pixelsPerCount = 0.0;
+    int thickness = 1;
 };
 
 /// y of a value in counts.
 int insetY(const InsetRow& row, double value);
 
 /// A line across the inset, where there is no beat to show.
-void drawFlatBeat(QPainter& painter, const InsetRow& row);
+void drawFlatBeat(QPainter& painter, const InsetRow& row, const QColor& color);
 
-/// With the painter's pen: point by point, or, if the beat has more points than the inset has columns, one
+/// Point by point, or, if the beat has more points than the inset has columns, one
 /// vertical line from the least to the greatest value of each column. Columns join their neighbours.
-void drawBeatByColumns(QPainter& painter, const InsetRow& row, const TDoubleVector& beat);
+void drawBeatByColumns(QPainter& painter, const InsetRow& row, const TDoubleVector& beat,
+                       const QColor& color);
 
 /// With the painter's pen: a line through every point.
 void drawBeatThroughPoints(QPainter& painter, const InsetRow& row, const TDoubleVector& beat);

@@ -30,7 +30,7 @@ struct Inset
     const PageLayout& layout;
     const MonitorView& view;
 
-    void setPen(int tag) const { painter.setPen(QPen(view.colors.value(tag), scale.penWidth(1.0))); }
+    QColor color(int tag) const { return view.colors.value(tag); }
 };
 
 void drawTick(const Inset& inset, const InsetRow& row, const TDoubleVector& beat, int index)
@@ -40,7 +40,8 @@ void drawTick(const Inset& inset, const InsetRow& row, const TDoubleVector& beat
     const int x = row.left + static_cast<int>(qint64(index) * row.width / beat.size());
     const int y = insetY(row, beat[index]);
     const int reach = inset.scale.px(tickReach);
-    inset.painter.drawLine(x, y - reach, x, y + reach);
+    inset.painter.fillRect(x - row.thickness / 2, y - reach, row.thickness, 2 * reach + row.thickness,
+                           inset.color(FiducialColor));
 }
 
 void drawFiducials(const Inset& inset, const InsetRow& row, int channel, double rowTop)
@@ -49,7 +50,7 @@ void drawFiducials(const Inset& inset, const InsetRow& row, int channel, double 
     TFiducialSource::TFiducials found;
     if (!source || row.width < inset.scale.px(leastWidthForTicks) || !source->fiducials(channel, &found))
         return;
-    inset.setPen(FiducialColor);
+    inset.painter.setPen(inset.color(FiducialColor));
     for (const int index : found.indices)
         drawTick(inset, row, inset.view.averageBeat->complex(channel), index);
     const QString figure = stFigure(found.stLevel);
@@ -61,12 +62,9 @@ void drawFiducials(const Inset& inset, const InsetRow& row, int channel, double 
 void drawBeats(const Inset& inset, const InsetRow& row, int channel)
 {
     TAverageBeat& beat = *inset.view.averageBeat;
-    if (beat.hasReference()) {
-        inset.setPen(ReferenceBeatColor);
-        drawBeatByColumns(inset.painter, row, beat.reference(channel));
-    }
-    inset.setPen(AverageBeatColor);
-    drawBeatByColumns(inset.painter, row, beat.complex(channel));
+    if (beat.hasReference())
+        drawBeatByColumns(inset.painter, row, beat.reference(channel), inset.color(ReferenceBeatColor));
+    drawBeatByColumns(inset.painter, row, beat.complex(channel), inset.color(AverageBeatColor));
 }
 
 } // namespace
@@ -88,10 +86,9 @@ void paintMonitorInset(QPainter& painter, const PageScale& scale, const PageLayo
     painter.setFont(displayFont(scale, figureSize));
     view.rows.forEach(view.signal->channelCount(), [&](int row, int channel, bool inverted) {
         const InsetRow place{layout.insetLeft, layout.insetWidth, (row + 0.5) * rowHeight,
-                             view.pixelsPerCount(scale, inverted)};
+                             view.pixelsPerCount(scale, inverted), scale.penWidth(1.0)};
         if (!valid) {
-            inset.setPen(AverageBeatColor);
-            drawFlatBeat(painter, place);
+            drawFlatBeat(painter, place, inset.color(AverageBeatColor));
             return;
         }
         drawBeats(inset, place, channel);

@@ -7,14 +7,6 @@
 
 #include <algorithm>
 
-QPen tracePen(const QColor& color, int thickness)
-{
-    // Width 0 is Qt's fastest line: one pixel.
-    QPen pen(color, thickness > 1 ? thickness : 0, Qt::SolidLine, Qt::FlatCap);
-    pen.setCosmetic(true);
-    return pen;
-}
-
 bool TColumnTrace::reduce(TChannel& channel, int start, int count, int width, bool wrap)
 {
     if (width <= 0 || count < width)
@@ -53,6 +45,8 @@ void TColumnTrace::draw(QPainter& painter, const TraceStyle& style, const TraceR
 {
     const int end = std::min(to, m_width);
     int column = std::max(from, 0);
+    // Upright lines are drawn as rectangles, which Qt fills ten times as fast as it draws lines.
+    painter.setPen(Qt::NoPen);
     while (column < end) {
         int runEnd = column + 1;
         while (runEnd < end && m_saturated[runEnd] == m_saturated[column])
@@ -66,15 +60,12 @@ void TColumnTrace::drawRun(QPainter& painter, const TraceStyle& style, const Tra
 {
     const bool saturated = m_saturated[from];
     const int thickness = saturated ? style.saturationThickness : style.thickness;
-    // A flat trace on a dense screen is as thick as a steep one.
-    const int extra = style.thickness - 1;
-    m_lines.clear();
+    m_spans.clear();
     for (int column = from; column < to; ++column) {
-        const int top = row.pixelY(m_high[column]);
-        const int bottom = row.pixelY(m_low[column]);
-        const int x = style.left + column;
-        m_lines.emplace_back(x, std::min(top, bottom), x, std::max(top, bottom) + extra);
+        const auto [top, bottom] = std::minmax({row.pixelY(m_high[column]), row.pixelY(m_low[column])});
+        // As thick where the trace is flat as where it is steep.
+        m_spans.emplace_back(style.left + column - thickness / 2, top, thickness, bottom - top + thickness);
     }
-    painter.setPen(tracePen(saturated ? style.saturation : style.trace, thickness));
-    painter.drawLines(m_lines.data(), static_cast<int>(m_lines.size()));
+    painter.setBrush(saturated ? style.saturation : style.trace);
+    painter.drawRects(m_spans.data(), static_cast<int>(m_spans.size()));
 }

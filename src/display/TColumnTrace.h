@@ -3,20 +3,20 @@
 #include "display/TraceRow.h"
 
 #include <QColor>
-#include <QLine>
+#include <QRect>
 
 #include <vector>
 
 class QPainter;
-class QPen;
 class TChannel;
 class TSaturationSource;
 
-/// What the traces of a page are painted with, and where. Lengths in device pixels.
+/// What the traces of a page are painted with, and where. Device pixels.
 struct TraceStyle
 {
     QColor trace;
     QColor saturation;
+    /// x of the first column.
     int left = 0;
     int thickness = 1;
     int saturationThickness = 2;
@@ -36,7 +36,7 @@ public:
                         int toColumn);
     bool isSaturated(int column) const { return m_saturated[column]; }
 
-    /// Draws the columns [from, to).
+    /// Draws the columns [from, to). Takes the painter's pen and brush.
     void draw(QPainter& painter, const TraceStyle& style, const TraceRow& row, int from, int to);
 
 private:
@@ -48,8 +48,5 @@ private:
     std::vector<int> m_low;
     std::vector<int> m_high;
     std::vector<unsigned char> m_saturated;
-    std::vector<QLine> m_lines;
+    std::vector<QRect> m_spans;
 };
-
-/// Pen for traces: ends flat, hairlines on a plain screen.
-QPen tracePen(const QColor& color, int thickness);

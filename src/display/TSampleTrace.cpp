@@ -7,6 +7,14 @@
 
 using velantor::truncated;
 
+QPen tracePen(const QColor& color, int thickness)
+{
+    // Width 0 is Qt's fastest line: one pixel.
+    QPen pen(color, thickness > 1 ? thickness : 0, Qt::SolidLine, Qt::FlatCap);
+    pen.setCosmetic(true);
+    return pen;
+}
+
 void TSampleTrace::draw(QPainter& painter, TSignal& signal, const TRun& run, const TraceRow& row)
 {
     const int count = run.to - run.from;

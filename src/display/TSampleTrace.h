@@ -6,7 +6,9 @@
 
 #include <vector>
 
+class QColor;
 class QPainter;
+class QPen;
 class TSignal;
 
 /// One lead sample by sample, for pictures that have more pixels than samples. Keeps its memory from lead to
@@ -24,10 +26,13 @@ public:
         double step = 0.0;
     };
 
-    /// With the painter's pen, a line from each sample to the next.
+    /// With the painter's pen, which is best `tracePen`: a line from each sample to the next.
     void draw(QPainter& painter, TSignal& signal, const TRun& run, const TraceRow& row);
 
 private:
     std::vector<double> m_samples;
     std::vector<QLine> m_lines;
 };
+
+/// Flat at its ends; device pixels.
+QPen tracePen(const QColor& color, int thickness);

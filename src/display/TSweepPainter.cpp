@@ -19,11 +19,10 @@ struct TSweepPainter::TPage
     int visibleCount = 0;
 
     TSignal& signal() const { return *view.signal; }
-    QPen pen(int tag) const { return QPen(view.colors.value(tag), scale.penWidth(1.0)); }
     void drawUpright(QPainter& painter, int tag, int x) const
     {
-        painter.setPen(pen(tag));
-        painter.drawLine(x, 0, x, scale.height - 1);
+        const int thickness = scale.penWidth(1.0);
+        painter.fillRect(x - thickness / 2, 0, thickness, scale.height, view.colors.value(tag));
     }
 };
 
