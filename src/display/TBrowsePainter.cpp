@@ -47,7 +47,7 @@ void paintInset(QPainter& painter, const BrowsePage& page, const BrowseView& vie
         if (valid)
             drawBeatThroughPoints(painter, inset, beat.complex(channel));
         else
-            drawFlatBeat(painter, inset);
+            drawFlatBeat(painter, inset, painter.pen().color());
     });
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
