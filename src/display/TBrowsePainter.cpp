@@ -34,7 +34,7 @@ void paintInset(QPainter& painter, const BrowsePage& page, const BrowseView& vie
         return;
     TAverageBeat& beat = *view.averageBeat;
     const bool valid = beat.count() > 0;
-    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::Antialiasing, valid);
     view.rows.forEach(view.signal->channelCount(), [&](int row, int channel, bool inverted) {
         const TraceRow place = view.traceRow(page.scale, row, channel, inverted);
         const InsetRow inset{page.layout.insetLeft, page.layout.insetWidth, place.centre,
