@@ -5,6 +5,7 @@
 #include "ui_DisplayColorDialog.h"
 
 #include <QColorDialog>
+#include <QPainter>
 #include <QSignalBlocker>
 
 namespace {
@@ -13,6 +14,7 @@ constexpr int rgbRole = Qt::UserRole;
 constexpr int tagRole = Qt::UserRole + 1;
 constexpr int alphaRole = Qt::UserRole + 2;
 constexpr int swatchSize = 16;
+constexpr int listMargin = 24;
 
 QString elementName(int tag)
 {
@@ -48,8 +50,13 @@ void showColor(QListWidgetItem* item, QRgb rgb)
 {
     item->setData(rgbRole, static_cast<uint>(rgb));
     QPixmap swatch(swatchSize, swatchSize);
-    swatch.fill(QColor(rgb));
-    item->setIcon(QIcon(swatch));
+    // With an edge, or white could not be seen on the list.
+    swatch.fill(Qt::gray);
+    QPainter(&swatch).fillRect(swatch.rect().adjusted(1, 1, -1, -1), QColor(rgb));
+    QIcon icon(swatch);
+    // The selected row does not tint it.
+    icon.addPixmap(swatch, QIcon::Selected);
+    item->setIcon(icon);
 }
 
 QColor colorOf(const QListWidgetItem* item)
@@ -80,6 +87,9 @@ void DisplayColorDialog::setColors(const QMap<int, QColor>& colors)
         item->setData(alphaRole, each.value().alpha());
         showColor(item, each.value().rgb());
     }
+    // Names are never cut, whatever their language and font.
+    m_ui->listElements->setMinimumWidth(m_ui->listElements->sizeHintForColumn(0) +
+                                        2 * m_ui->listElements->frameWidth() + listMargin);
     m_ui->listElements->setCurrentRow(0);
 }
 

@@ -129,7 +129,7 @@ void paintYLabels(QPainter& painter, const TPlotView& view, const TPlotScale& sc
         const int top = scale.yPixel(ticks.value(i)) - height / 2;
         spans.push_back({top, top + height});
     }
-    fitLabels(spans, area.top(), area.top() + area.height(), 1);
+    fitLabels(spans, area.top(), area.top() + area.height(), labelMargin / 2);
     for (int i = 0; i < ticks.count; ++i) {
         const TLabelSpan& span = spans[static_cast<std::size_t>(ticks.count - 1 - i)];
         const QString text = tickLabel(view.yFormat, ticks.value(i));

@@ -38,16 +38,17 @@ void paintInset(QPainter& painter, const BrowsePage& page, const BrowseView& vie
     view.rows.forEach(view.signal->channelCount(), [&](int row, int channel, bool inverted) {
         const TraceRow place = view.traceRow(page.scale, row, channel, inverted);
         const InsetRow inset{page.layout.insetLeft, page.layout.insetWidth, place.centre,
-                             place.pixelsPerCount};
+                             place.pixelsPerCount, page.scale.penWidth(1.0)};
         if (valid && beat.hasReference()) {
             painter.setPen(penOf(page, view, ReferenceBeatColor));
             drawBeatThroughPoints(painter, inset, beat.reference(channel));
         }
+        if (!valid) {
+            drawFlatBeat(painter, inset, view.colors.value(AverageBeatColor));
+            return;
+        }
         painter.setPen(penOf(page, view, AverageBeatColor));
-        if (valid)
-            drawBeatThroughPoints(painter, inset, beat.complex(channel));
-        else
-            drawFlatBeat(painter, inset, painter.pen().color());
+        drawBeatThroughPoints(painter, inset, beat.complex(channel));
     });
     painter.setRenderHint(QPainter::Antialiasing, false);
 }

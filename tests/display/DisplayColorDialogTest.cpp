@@ -47,6 +47,7 @@ private Q_SLOTS:
     void anEmptyListHasNothingToChange();
     void escapeAmongTheColorsClosesTheWholeDialog();
     void theCloseButtonCloses();
+    void theNamesOfTheElementsAreNotCut();
 };
 
 void DisplayColorDialogTest::theListHasAllElementsWithTheirColors()
@@ -169,6 +170,14 @@ void DisplayColorDialogTest::theCloseButtonCloses()
         ->button(QDialogButtonBox::Close)
         ->click();
     QVERIFY(!dialog.isVisible());
+}
+
+void DisplayColorDialogTest::theNamesOfTheElementsAreNotCut()
+{
+    DisplayColorDialog dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(listOf(dialog)->viewport()->width() >= listOf(dialog)->sizeHintForColumn(0));
 }
 
 QTEST_MAIN(DisplayColorDialogTest)

@@ -25,9 +25,9 @@ GalleryTrends::GalleryTrends()
     double seconds = 0.4;
     for (int beat = 0; seconds < duration; ++beat) {
         const double effort = effortAt(seconds);
-        const double rate = 72.0 + 98.0 * effort + (3.0 - 2.0 * effort) * std::sin(beat * 0.9);
+        const double rate = 72.0 + 98.0 * effort + (1.4 - effort) * std::sin(beat * 0.25);
         heartRate.add(seconds, rate);
-        stLevel.add(seconds, -0.18 * effort + 0.01 * std::sin(beat * 2.3));
+        stLevel.add(seconds, -1.8 * effort + 0.03 * std::sin(beat * 0.3));
         seconds += 60.0 / rate;
     }
     for (double stage = 60.0; stage < duration; stage += 120.0) {
@@ -38,6 +38,6 @@ GalleryTrends::GalleryTrends()
     }
     for (double each = 0.0; each < duration; each += 10.0) {
         const double stage = std::floor(std::max(0.0, each - exerciseStart) / 180.0);
-        mets.add(each, each < exerciseStart || each > recoveryStart ? 1.0 : 4.6 + 2.6 * stage);
+        mets.add(each, each < exerciseStart || each >= recoveryStart ? 1.0 : 4.6 + 2.6 * stage);
     }
 }

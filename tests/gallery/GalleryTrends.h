@@ -34,6 +34,7 @@ struct GalleryTrends
     TResultTrend systolic{"sysBPTrend"};
     TResultTrend diastolic{"diaBPTrend"};
     TResultTrend doubleProduct{"DPTrend"};
+    /// mm
     TResultTrend stLevel{"STLevelTrend(7)"};
     TResultTrend mets{"METSTrend"};
 

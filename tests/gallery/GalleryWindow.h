@@ -28,7 +28,7 @@ private:
     // What the pages show stands before them and outlives them.
     std::vector<short> m_samples = demoSamples();
     LiveRecording m_live{m_samples, 0.0};
-    StoredRecording m_stored{m_samples, 120.0};
+    StoredRecording m_stored{m_samples, 50.0};
     GalleryTrends m_trends;
     QTabWidget* m_tabs;
     QTimer m_timer;

@@ -2,17 +2,17 @@
 
 #include "analysis/delineation/TAverageBeatDelineator.h"
 #include "analysis/signals/TChannel.h"
+#include "analysis/signals/Truncation.h"
 #include "simulators/heart/DemoRecording.h"
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
 
 namespace {
 
 constexpr int ringSeconds = 120;
 constexpr int framesAtOnce = 51;
 constexpr double referenceTime = 30.0;
-constexpr double rangeMillivolts = 300.0;
 
 } // namespace
 
@@ -22,13 +22,6 @@ std::vector<short> demoSamples()
     for (const heart::TFrame& frame : heart::demoRecording())
         samples.insert(samples.end(), frame.begin(), frame.end());
     return samples;
-}
-
-void nameDemoChannels(TSignal& signal)
-{
-    signal.setRange(-rangeMillivolts, rangeMillivolts);
-    for (int channel = 0; channel < demoChannels; ++channel)
-        signal.channel(channel)->setName(heart::leadNames[channel]);
 }
 
 bool TGalleryFiducials::fiducials(int channel, TFiducials* found)
@@ -45,12 +38,15 @@ bool TGalleryFiducials::fiducials(int channel, TFiducials* found)
     return true;
 }
 
-LiveRecording::LiveRecording(const std::vector<short>& samples, double seconds)
-    : m_samples(samples), m_signal(4096, ringSeconds * demoRate, demoChannels, demoRate),
+LiveRecording::LiveRecording(const std::vector<short>& samples, double seconds, double range)
+    : m_samples(samples), m_gain(demoRange / range),
+      m_signal(4096, ringSeconds * demoRate, demoChannels, demoRate),
       m_chain(m_signal, TBeatChainSettings(), nullptr), m_fiducials(m_chain.averageBeat()),
       m_saturation(&m_signal)
 {
-    nameDemoChannels(m_signal);
+    m_signal.setRange(-range, range);
+    for (int channel = 0; channel < demoChannels; ++channel)
+        m_signal.channel(channel)->setName(heart::leadNames[channel]);
     advance(seconds);
 }
 
@@ -58,26 +54,17 @@ void LiveRecording::advance(double seconds)
 {
     m_arrived += seconds;
     while (m_signal.sampleCount() + framesAtOnce <= m_arrived * demoRate)
-        addFrames(framesAtOnce, -1);
+        addFrames(framesAtOnce);
 }
 
-void LiveRecording::saturate(int channel, double seconds)
-{
-    const int frames = m_signal.indexOf(seconds);
-    m_arrived += seconds;
-    addFrames(frames, channel);
-}
-
-void LiveRecording::addFrames(int frames, int saturatedChannel)
+void LiveRecording::addFrames(int frames)
 {
     const int length = static_cast<int>(m_samples.size()) / demoChannels;
     std::vector<short> arriving;
     for (int i = 0; i < frames; ++i) {
         const auto first = m_samples.begin() + (m_signal.sampleCount() + i) % length * demoChannels;
-        arriving.insert(arriving.end(), first, first + demoChannels);
-        if (saturatedChannel >= 0)
-            arriving[static_cast<std::size_t>(i * demoChannels + saturatedChannel)] =
-                std::numeric_limits<short>::max();
+        std::transform(first, first + demoChannels, std::back_inserter(arriving),
+                       [this](short sample) { return velantor::truncated<short>(sample * m_gain); });
     }
     m_signal.addInterleaved(reinterpret_cast<const char*>(arriving.data()),
                             static_cast<int>(arriving.size() * sizeof(short)));

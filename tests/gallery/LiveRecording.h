@@ -10,11 +10,10 @@
 /// Frames of 14 samples of the demonstration recording, at 500 per second, one after the other.
 std::vector<short> demoSamples();
 
+/// Full scale of the recording, mV.
+constexpr double demoRange = 300.0;
 constexpr int demoRate = 500;
 constexpr int demoChannels = 14;
-
-/// Gives a signal the leads and the range of the demonstration recording.
-void nameDemoChannels(TSignal& signal);
 
 /// Where the measuring points of the average beat lie: before QRS, at its end, and 60 ms later.
 class TGalleryFiducials : public TFiducialSource
@@ -34,13 +33,11 @@ class LiveRecording
 {
 public:
     /// `samples` are borrowed; they come again when they have ended. The first `seconds` have arrived
-    /// already.
-    LiveRecording(const std::vector<short>& samples, double seconds);
+    /// already. A device of a smaller `range` in mV cuts off what lies beyond it.
+    LiveRecording(const std::vector<short>& samples, double seconds, double range = demoRange);
 
     /// Lets further seconds arrive.
     void advance(double seconds);
-    /// Lets a channel stand at the end of its range for as long.
-    void saturate(int channel, double seconds);
 
     TInt16Signal& signal() { return m_signal; }
     TAverageBeat& averageBeat() { return m_chain.averageBeat(); }
@@ -48,9 +45,10 @@ public:
     TSaturationSource& saturationSource() { return m_saturation; }
 
 private:
-    void addFrames(int frames, int saturatedChannel);
+    void addFrames(int frames);
 
     const std::vector<short>& m_samples;
+    double m_gain;
     TInt16Signal m_signal;
     TBeatChain m_chain;
     TGalleryFiducials m_fiducials;

@@ -77,9 +77,7 @@ void takeMoments(TPhotographer& photographer, const std::vector<short>& samples)
     LiveRecording first(samples, 2.6);
     photographer.take(makeMonitorPage(first, {QStringLiteral("Black")}),
                       QStringLiteral("monitor-first-page"));
-    LiveRecording saturated(samples, 45.0);
-    saturated.saturate(6, 0.4);
-    saturated.advance(0.6);
+    LiveRecording saturated(samples, 47.3, 1.0);
     photographer.take(makeMonitorPage(saturated, {QStringLiteral("Light")}),
                       QStringLiteral("monitor-saturated"));
 }
@@ -94,7 +92,7 @@ bool writeScreenshots(const QString& folder)
     }
     const std::vector<short> samples = demoSamples();
     LiveRecording live(samples, 47.3);
-    StoredRecording stored(samples, 120.0);
+    StoredRecording stored(samples, 50.0);
     const GalleryTrends trends;
     TPhotographer photographer(folder);
     takeSchemes(photographer, live, stored);
