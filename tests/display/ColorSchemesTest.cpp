@@ -1,4 +1,6 @@
 #include "display/ColorSchemes.h"
+#include "display/QSignalBrowseDisplay.h"
+#include "display/QSignalMonitorDisplay.h"
 
 #include <QtTest>
 
@@ -38,6 +40,10 @@ private Q_SLOTS:
     void anUnknownNameSetsNoColor_data();
     void anUnknownNameSetsNoColor();
     void noDisplayIsPassedOver();
+    void theDisplaysTakeAScheme();
+    void aSchemeChangesPaperAndGrid();
+    void saturationIsHalfTransparentWhateverIsSet();
+    void anUnknownNameLeavesADisplayItsDefaults();
 };
 
 void ColorSchemesTest::theNamesComeInAlphabeticalOrder()
@@ -119,6 +125,69 @@ void ColorSchemesTest::noDisplayIsPassedOver()
     TDisplayLog* none = nullptr;
     applyScheme(QStringLiteral("Black"), none);
     QVERIFY(!none);
+}
+
+void ColorSchemesTest::theDisplaysTakeAScheme()
+{
+    QSignalMonitorDisplay monitor;
+    QSignalBrowseDisplay browser;
+    for (const QString& name : schemeNames()) {
+        applyScheme(name, &monitor);
+        applyScheme(name, &browser);
+        const QMap<int, QColor> colors = schemeColors(name);
+        for (int tag = 0; tag < 10; ++tag) {
+            QCOMPARE(monitor.color(tag).rgba(), colors[tag].rgba());
+            QCOMPARE(browser.color(tag).rgba(), colors[tag].rgba());
+        }
+    }
+    QCOMPARE(browser.color(10).rgba(), QColor(128, 128, 128, 128).rgba());
+}
+
+void ColorSchemesTest::aSchemeChangesPaperAndGrid()
+{
+    QSignalMonitorDisplay monitor;
+    QSignalBrowseDisplay browser;
+    const auto count = [](QWidget& display, const QColor& color) {
+        const QImage image = display.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        int found = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                found += image.pixel(x, y) == color.rgb() ? 1 : 0;
+        }
+        return found;
+    };
+    const auto check = [&](QWidget& display) {
+        QVERIFY(count(display, Qt::black) > 20000);
+        QVERIFY(count(display, QColor(96, 96, 96)) > 2000);
+        QCOMPARE(count(display, QColor(220, 200, 180)), 0);
+    };
+    for (QWidget* display : {static_cast<QWidget*>(&monitor), static_cast<QWidget*>(&browser)}) {
+        display->resize(400, 200);
+        QVERIFY(count(*display, QColor(220, 200, 180)) > 2000);
+    }
+    applyScheme(QStringLiteral("Black"), &monitor);
+    check(monitor);
+    applyScheme(QStringLiteral("Black"), &browser);
+    check(browser);
+}
+
+void ColorSchemesTest::saturationIsHalfTransparentWhateverIsSet()
+{
+    QSignalMonitorDisplay monitor;
+    QSignalBrowseDisplay browser;
+    monitor.setColor(6, QColor(1, 2, 3));
+    browser.setColor(6, QColor(1, 2, 3));
+    QCOMPARE(monitor.color(6).rgba(), QColor(1, 2, 3, 128).rgba());
+    QCOMPARE(browser.color(6).rgba(), QColor(1, 2, 3, 128).rgba());
+}
+
+void ColorSchemesTest::anUnknownNameLeavesADisplayItsDefaults()
+{
+    QSignalMonitorDisplay monitor;
+    const QSignalMonitorDisplay untouched;
+    applyScheme(QStringLiteral("Sepia"), &monitor);
+    for (int tag = 0; tag < 11; ++tag)
+        QCOMPARE(monitor.color(tag), untouched.color(tag));
 }
 
 QTEST_MAIN(ColorSchemesTest)

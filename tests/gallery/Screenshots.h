@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// Paints every page of the gallery at the sizes of common screens into PNG files of a folder, which is made
+/// where it is missing. False, with a line for what failed, if a file could not be written.
+bool writeScreenshots(const QString& folder);
