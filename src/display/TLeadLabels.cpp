@@ -2,6 +2,7 @@
 
 #include "analysis/signals/TSignal.h"
 #include "analysis/signals/Truncation.h"
+#include "base/Text.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -25,7 +26,7 @@ QString TLeadLabels::text(const TSignal& signal, int channel, bool inverted)
     const TChannel* const lead = signal.channel(channel);
     if (!lead || lead->name().isEmpty())
         return QString();
-    const QString name = QString::fromLatin1(lead->name());
+    const QString name = velantor::fromText(lead->name());
     return inverted ? QLatin1Char('-') + name : name;
 }
 

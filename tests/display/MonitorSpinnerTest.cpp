@@ -1,0 +1,69 @@
+#include "display/MonitorPicture.h"
+#include "display/SpinnerPainter.h"
+
+#include <QPainter>
+#include <QtTest>
+
+/// The ring that turns while the live display waits for samples.
+class MonitorSpinnerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void spinnerTurnsWhileThereAreNoSamples()
+    {
+        MonitorPicture monitor;
+        monitor.show();
+        const QImage before = monitor.take();
+        QVERIFY(countOther(before, before.rect(), Qt::white) > 1000);
+        QTRY_VERIFY(monitor.display.spinnerIndex() != 0);
+        // Down from 0 is 9, or a little less where the machine stood still for a while.
+        const int index = monitor.display.spinnerIndex();
+        QVERIFY(index > 5);
+        // The turn is seen with the next redraw only.
+        QCOMPARE(monitor.take(), before);
+        monitor.display.refresh();
+        QVERIFY(monitor.take() != before);
+        QTRY_VERIFY(monitor.display.spinnerIndex() < index);
+    }
+
+    void spinnerGoesWithTheFirstSample()
+    {
+        MonitorPicture monitor;
+        monitor.show();
+        monitor.add(1, 0);
+        monitor.display.refresh();
+        const int index = monitor.display.spinnerIndex();
+        const QImage image = monitor.take();
+        const QRect middle(image.width() / 2 - monitor.scale.px(30.0), 0, monitor.scale.px(60.0),
+                           image.height());
+        QCOMPARE(countOther(image, middle, Qt::white), 0);
+        QTest::qWait(450);
+        QCOMPARE(monitor.display.spinnerIndex(), index);
+    }
+
+    void spinnerIsARingOfTenSectors()
+    {
+        QImage image(200, 100, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        paintSpinner(painter, PageScale::of(image.size(), 50.0, 1.0), 2);
+        painter.end();
+        QVERIFY(isColor(image, 100, 50, Qt::white));
+        QCOMPARE(countOther(image, QRect(0, 0, 70, 100), Qt::white), 0);
+        QCOMPARE(countOther(image, QRect(0, 0, 200, 20), Qt::white), 0);
+        const auto greyOf = [&](int sector) {
+            const double angle = qDegreesToRadians(sector * 36.0 + 15.0);
+            return image.pixelColor(qRound(100 + 22 * std::cos(angle)), qRound(50 - 22 * std::sin(angle)))
+                .red();
+        };
+        for (int sector = 0; sector < spinnerSectors; ++sector)
+            QVERIFY(std::abs(greyOf(sector) - (sector == 2 ? 191 : 223)) <= 1);
+        // Between two sectors lies a gap of six degrees.
+        const double gap = qDegreesToRadians(33.0);
+        QVERIFY(isColor(image, qRound(100 + 28 * std::cos(gap)), qRound(50 - 28 * std::sin(gap)), Qt::white));
+    }
+};
+
+QTEST_MAIN(MonitorSpinnerTest)
+#include "MonitorSpinnerTest.moc"
