@@ -84,7 +84,7 @@ void paintCurve(const TCanvas& canvas, const TBeatPicture& picture)
     canvas.painter.setPen(Qt::black);
     if (const TChannel* const channel = picture.beat->signal()->channel(picture.channel)) {
         const int y = canvas.painter.fontMetrics().height() + 10;
-        canvas.painter.drawText(10, y, QString::fromLatin1(channel->name()));
+        canvas.painter.drawText(10, y, QString::fromUtf8(channel->name()));
     }
     const TDoubleVector& complex = picture.beat->complex(picture.channel);
     const double step = static_cast<double>(canvas.scale.width) / complex.size();

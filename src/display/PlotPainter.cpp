@@ -50,6 +50,21 @@ void paintMarks(QPainter& painter, const TPlotTrace& trace, const TPlotView& vie
                          view.traceColor);
 }
 
+void paintLines(QPainter& painter, const TPlotTrace& trace, bool joined)
+{
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    if (!joined || ratio == std::floor(ratio)) {
+        painter.drawLines(trace.lines.data(), static_cast<int>(trace.lines.size()));
+        return;
+    }
+    // On a screen of broken density the soft edges of single lines add up where they meet, like beads.
+    QPolygon path;
+    path.reserve(static_cast<int>(trace.lines.size()) * 2);
+    for (const QLine& line : trace.lines)
+        path << line.p1() << line.p2();
+    painter.drawPolyline(path);
+}
+
 void paintSeries(QPainter& painter, const TPlotView& view, const TPlotScale& scale, TPlotTrace& trace)
 {
     if (!view.dataSource || !scale.isUsable())
@@ -59,7 +74,7 @@ void paintSeries(QPainter& painter, const TPlotView& view, const TPlotScale& sca
     painter.setClipRect(scale.area());
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(view.traceColor, traceWidth));
-    painter.drawLines(trace.lines.data(), static_cast<int>(trace.lines.size()));
+    paintLines(painter, trace, view.drawMode != DrawRangeMarks);
     paintMarks(painter, trace, view);
     painter.restore();
 }

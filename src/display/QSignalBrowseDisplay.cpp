@@ -180,7 +180,7 @@ void QSignalBrowseDisplay::redraw()
 void QSignalBrowseDisplay::paintEvent(QPaintEvent*)
 {
     // The window may have come to a screen of another density.
-    if (m_framePixmap.devicePixelRatio() != devicePixelRatioF()) {
+    if (!m_framePixmap.isNull() && m_framePixmap.devicePixelRatio() != devicePixelRatioF()) {
         makeFrame();
         updateScrollBar();
         m_dirty = true;

@@ -77,7 +77,7 @@ void takeMoments(TPhotographer& photographer, const std::vector<short>& samples)
     LiveRecording first(samples, 2.6);
     photographer.take(makeMonitorPage(first, {QStringLiteral("Black")}),
                       QStringLiteral("monitor-first-page"));
-    LiveRecording saturated(samples, 47.3, 1.0);
+    LiveRecording saturated(samples, 47.3, 0.5);
     photographer.take(makeMonitorPage(saturated, {QStringLiteral("Light")}),
                       QStringLiteral("monitor-saturated"));
 }
