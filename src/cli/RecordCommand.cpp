@@ -69,8 +69,7 @@ void record(TCommandContext& context)
 std::span<const TCommand> recordCommands()
 {
     static const TCommand commands[] = {
-        {"record", "",
-         "a whole examination, told as it happens, until its time or an interruption", record,
+        {"record", "", "a whole examination, told as it happens, until its time or an interruption", record,
          recordOptions()},
     };
     return commands;

@@ -17,7 +17,7 @@ namespace {
 /// there is none.
 QString demoRecording()
 {
-    const QString name = QStringLiteral("ecg500.dat");
+    QString name = QStringLiteral("ecg500.dat");
     const QString program = QCoreApplication::applicationDirPath();
     for (const QString& path :
          {name, program + QLatin1Char('/') + name, program + QLatin1String("/../") + name,

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "study/JsonObjects.h"
+#include "study/JsonText.h"
 #include "study/TStudyResults.h"
 
 namespace {
@@ -71,6 +72,18 @@ QJsonObject makeResultsObject(const TStudyResults& results)
     for (const auto& [name, item] : results.items())
         object.insert(velantor::fromText(name), makeItem(*item));
     return object;
+}
+
+void appendResults(QByteArray& text, const TStudyResults& results)
+{
+    char separator = '{';
+    for (const auto& [name, item] : results.items()) {
+        text += separator;
+        text += '"' + name + "\":"; // of the fixed table, so there is nothing to escape
+        text += compactJson(QJsonDocument(makeItem(*item)));
+        separator = ',';
+    }
+    text += '}';
 }
 
 void readResultsObject(TStudyResults& results, const QJsonObject& object)

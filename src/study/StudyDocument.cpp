@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "study/JsonObjects.h"
+#include "study/JsonText.h"
 #include "study/ResultsJson.h"
 #include "study/Study.h"
 
@@ -92,6 +93,18 @@ std::unique_ptr<TEchoScoring> readEchoScoring(const QJsonObject& object)
     return scoring;
 }
 
+/// All but the results and the study's own texts.
+QJsonObject makeSmallMembers(Study& study)
+{
+    QJsonObject document{{QLatin1String("patient"), makePatientObject(study)},
+                         {QLatin1String("events"), makeEvents(study.events())}};
+    if (study.protocol() != nullptr)
+        document.insert(QLatin1String("protocol"), study.protocol()->toJson());
+    if (study.echoScoring() != nullptr)
+        document.insert(QLatin1String("echoScoring"), makeEchoScoring(*study.echoScoring()));
+    return document;
+}
+
 } // namespace
 
 QJsonObject makeStudyObject(Study& study)
@@ -118,15 +131,21 @@ QJsonObject makePatientObject(Study& study)
 
 QJsonObject makeStudyDocument(Study& study)
 {
-    QJsonObject document{{QLatin1String("study"), makeStudyObject(study)},
-                         {QLatin1String("patient"), makePatientObject(study)},
-                         {QLatin1String("events"), makeEvents(study.events())},
-                         {QLatin1String("results"), makeResultsObject(study.results())}};
-    if (study.protocol() != nullptr)
-        document.insert(QLatin1String("protocol"), study.protocol()->toJson());
-    if (study.echoScoring() != nullptr)
-        document.insert(QLatin1String("echoScoring"), makeEchoScoring(*study.echoScoring()));
+    QJsonObject document = makeSmallMembers(study);
+    document.insert(QLatin1String("results"), makeResultsObject(study.results()));
+    document.insert(QLatin1String("study"), makeStudyObject(study));
     return document;
+}
+
+QByteArray makeStudyText(Study& study)
+{
+    // Members stand in the order of their names, and these two are the last.
+    QByteArray text = compactJson(QJsonDocument(makeSmallMembers(study)));
+    text.chop(1);
+    text += ",\"results\":";
+    appendResults(text, study.results());
+    text += ",\"study\":" + compactJson(QJsonDocument(makeStudyObject(study))) + '}';
+    return text;
 }
 
 void fillStudy(Study& study, const QJsonObject& document)

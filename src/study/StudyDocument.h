@@ -14,6 +14,8 @@ QJsonObject makeStudyObject(Study& study);
 QJsonObject makePatientObject(Study& study);
 /// The whole document of a study file.
 QJsonObject makeStudyDocument(Study& study);
+/// The same as compact JSON, without ever holding all of it as objects.
+QByteArray makeStudyText(Study& study);
 
 /// The document that identifies a samples file, as compact JSON of at most `maxBytes`. Long texts are
 /// shortened, longest first, until it fits; empty if it cannot be made to fit. The study must have its

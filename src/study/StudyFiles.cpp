@@ -5,7 +5,6 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "study/JsonBounds.h"
-#include "study/JsonText.h"
 #include "study/StagedFile.h"
 #include "study/Study.h"
 #include "study/StudyDocument.h"
@@ -177,8 +176,7 @@ qint32 readEcgStudyId(const QString& path)
 
 void saveStudyFile(Study& study, const QString& path)
 {
-    const QByteArray document = compactJson(QJsonDocument(makeStudyDocument(study)));
-    switch (writeStaged(path, {velantor::studyMagic, qCompress(document)})) {
+    switch (writeStaged(path, {velantor::studyMagic, qCompress(makeStudyText(study))})) {
     case TStagedWrite::CannotOpen:
         throw TError("Cannot create study file");
     case TStagedWrite::Failed:

@@ -1,4 +1,6 @@
 #include "study/StudyDocument.h"
+#include "study/JsonText.h"
+#include "study/RandomStudy.h"
 #include "study/ResultsJson.h"
 #include "study/Study.h"
 #include "study/TBeatFile.h"
@@ -132,6 +134,17 @@ private Q_SLOTS:
         study.setValue("patient/animalSpecies", "Perro");
         QCOMPARE(makePatientObject(study).value(species), QJsonValue(QStringLiteral("Perro")));
         QCOMPARE(makePatientObject(study).value(breed), QJsonValue(QString()));
+    }
+
+    void theTextOfAStudyIsThatOfItsDocument()
+    {
+        for (unsigned seed = 0; seed < 50; ++seed) {
+            Study study(1);
+            TRandomStudy(seed).fill(study);
+            QCOMPARE(makeStudyText(study), compactJson(QJsonDocument(makeStudyDocument(study))));
+        }
+        Study empty(1);
+        QCOMPARE(makeStudyText(empty), compactJson(QJsonDocument(makeStudyDocument(empty))));
     }
 
     void theTextFillsAStudy()
