@@ -126,6 +126,40 @@ private Q_SLOTS:
         QCOMPARE(session.trend("sysBPTrend").count(), 1);
     }
 
+    void aPressureForATimeInAShortStageGoesToTheStageThatTookIt()
+    {
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(10.0);
+        session.run(4.0);
+        session.recorder->nextStage();
+        session.run(2.0);
+        session.recorder->addBloodPressure(13.0, 150.0, 90.0);
+        QCOMPARE(session.list("sysBPPerStage"), std::vector<double>{150.0});
+        QCOMPARE(session.list("diaBPPerStage"), std::vector<double>{90.0});
+        session.run(8.0);
+        QCOMPARE(session.stages(), (QList<double>{14.0, 10.0}));
+        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{150.0, 0.0}));
+    }
+
+    void aShortStageWithoutPressureLeavesThatOfTheStageThatTookIt()
+    {
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(9.0);
+        session.recorder->addBloodPressure(9.0, 130.0, 85.0);
+        session.run(1.0);
+        const std::vector<double> products = session.list("DPPerStage");
+        session.run(4.0);
+        session.recorder->nextStage();
+        QCOMPARE(session.stages(), QList<double>{14.0});
+        QCOMPARE(session.list("sysBPPerStage"), std::vector<double>{130.0});
+        QCOMPARE(session.list("diaBPPerStage"), std::vector<double>{85.0});
+        QCOMPARE(session.list("DPPerStage"), products);
+    }
+
     void aPressureKnowsWhenAStageReallyEnded()
     {
         const TStressProtocol protocol = treadmillTest(10.0);

@@ -372,6 +372,32 @@ private Q_SLOTS:
         QVERIFY(session.recorder->averageBeat().complex(10).values() != reference);
     }
 
+    void aCommandThatEndsTheFirstStageKeepsTheReferenceToo_data()
+    {
+        QTest::addColumn<bool>("toRecovery");
+        QTest::newRow("next stage") << false;
+        QTest::newRow("recovery") << true;
+    }
+
+    void aCommandThatEndsTheFirstStageKeepsTheReferenceToo()
+    {
+        QFETCH(bool, toRecovery);
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(8.0);
+        QVERIFY(!session.recorder->averageBeat().hasReference());
+        if (toRecovery)
+            session.recorder->goToRecovery();
+        else
+            session.recorder->nextStage();
+        QVERIFY(session.recorder->averageBeat().hasReference());
+        const std::vector<double> reference = session.recorder->averageBeat().reference(10).values();
+        QCOMPARE(session.recorder->averageBeat().complex(10).values(), reference);
+        session.run(25.0);
+        QCOMPARE(session.recorder->averageBeat().reference(10).values(), reference);
+    }
+
     void theStPointsLieAroundTheJunction()
     {
         RecorderSession session;
@@ -418,6 +444,43 @@ private Q_SLOTS:
         QCOMPARE(session.store.saves, 3);
         session.recorder->finishStudy();
         QCOMPARE(session.store.saves, 4);
+    }
+
+    void whatIsTypedInIsWrittenAtOnce()
+    {
+        RecorderSession session;
+        session.recorder->addEvent(0.0, 1.0, "too early");
+        session.start();
+        session.run(8.0);
+        const int saves = session.store.saves;
+        session.recorder->addBloodPressure(7.5, 120.0, 80.0);
+        QCOMPARE(session.store.saves, saves + 1);
+        session.recorder->addEvent(7.25, 3.0, "dizzy");
+        session.recorder->addEvent(std::numeric_limits<double>::infinity(), 3.0, "never");
+        QCOMPARE(session.store.saves, saves + 2);
+
+        const auto stored = loadStudy(session.folder.studyFile(session.info.baseFilename));
+        QVERIFY(stored);
+        QCOMPARE(stored->results().trend("sysBPTrend")->values(), std::vector<double>{120.0});
+        QCOMPARE(stored->events().count(), 1);
+        QCOMPARE(stored->events().at(0).position, 7.25);
+        QCOMPARE(stored->events().at(0).duration, 3.0);
+        QCOMPARE(stored->events().at(0).description, QByteArray("dizzy"));
+    }
+
+    void theLastBeatIsTheOneThatWasTold()
+    {
+        RecorderSession session;
+        QVERIFY(!session.recorder->lastBeat());
+        bool same = true;
+        session.observer.onBeat = [&] {
+            const double told = session.observer.beats.back().value(TBeat::beatTime);
+            same = same && session.recorder->lastBeat()->value(TBeat::beatTime) == told;
+        };
+        session.run(5.0);
+        session.start();
+        session.run(5.0);
+        QVERIFY(session.observer.beats.size() > 5 && same);
     }
 
     void whatCannotBeWrittenIsToldOnceAndTheExaminationGoesOn()
