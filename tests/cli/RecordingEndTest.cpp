@@ -186,6 +186,20 @@ private Q_SLOTS:
         QCOMPARE(study->events().at(0).description, QByteArray("dizzy"));
     }
 
+    void aStageThatWasToldOutlivesAKill()
+    {
+        TRecording recording(m_folder->path(), wordsOf("DEMO --protocol Bruce --next-stage 1"));
+        recording.start();
+        QVERIFY(recording.waitFor("stage"));
+        recording.process.kill();
+        QCOMPARE(recording.wait(), -1);
+        LocalStudyDatabase database(m_folder->path());
+        Study* study = database.openStudy(recording.id());
+        QVERIFY(study != nullptr && study->protocol() != nullptr);
+        QCOMPARE(study->protocol()->stageCount(), 1);
+        QCOMPARE(study->events().count(), 1);
+    }
+
     void aReaderThatGoesAwayEndsTheStudyProperly()
     {
         const TRecording recording(m_folder->path(), wordsOf(pacedTest));
