@@ -372,32 +372,6 @@ private Q_SLOTS:
         QVERIFY(session.recorder->averageBeat().complex(10).values() != reference);
     }
 
-    void aCommandThatEndsTheFirstStageKeepsTheReferenceToo_data()
-    {
-        QTest::addColumn<bool>("toRecovery");
-        QTest::newRow("next stage") << false;
-        QTest::newRow("recovery") << true;
-    }
-
-    void aCommandThatEndsTheFirstStageKeepsTheReferenceToo()
-    {
-        QFETCH(bool, toRecovery);
-        const TStressProtocol protocol = treadmillTest(10.0);
-        RecorderSession session(&protocol);
-        session.start();
-        session.run(8.0);
-        QVERIFY(!session.recorder->averageBeat().hasReference());
-        if (toRecovery)
-            session.recorder->goToRecovery();
-        else
-            session.recorder->nextStage();
-        QVERIFY(session.recorder->averageBeat().hasReference());
-        const std::vector<double> reference = session.recorder->averageBeat().reference(10).values();
-        QCOMPARE(session.recorder->averageBeat().complex(10).values(), reference);
-        session.run(25.0);
-        QCOMPARE(session.recorder->averageBeat().reference(10).values(), reference);
-    }
-
     void theStPointsLieAroundTheJunction()
     {
         RecorderSession session;
