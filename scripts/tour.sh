@@ -59,6 +59,10 @@ for result in METSPerStage BPMPerStage sysBPPerStage diaBPPerStage DPPerStage ma
     grep -o "\"$result\":{[^}]*}" "$tour/shown-here.json" || fail "there is no $result"
 done
 
+greatest=$(grep -o '"maxSysBP":{[^}]*}' "$tour/shown-here.json")
+[[ $greatest =~ \"value\":165[,}] ]] || fail "the greatest pressure is not 165 but $greatest"
+[[ $(<"$tour/shown-here.json") == *'"description":"dizzy"'* ]] || fail "the event was lost"
+
 heading "Lead II, the first samples of its second minute, in counts"
 velantor --data "$here" samples "$id" 1 30000 20
 

@@ -4,6 +4,7 @@
 
 #include <QJsonDocument>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace {
@@ -66,12 +67,21 @@ void TJsonOutput::endList(const QJsonObject& rest)
 
 void TJsonOutput::finish()
 {
+    errno = 0;
     if (!m_file.flush())
-        throw TError("Write error");
+        fail();
+}
+
+/// Right after the call that failed: why is known by the number that it left.
+void TJsonOutput::fail()
+{
+    m_isReaderGone = errno == EPIPE;
+    throw TError("Write error");
 }
 
 void TJsonOutput::write(const QByteArray& bytes)
 {
+    errno = 0;
     if (m_file.write(bytes) != bytes.size())
-        throw TError("Write error");
+        fail();
 }

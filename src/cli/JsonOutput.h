@@ -28,9 +28,14 @@ public:
     /// Hands everything to the operating system.
     void finish();
 
+    /// Whether a write failed because nobody reads any more, and not for want of room.
+    bool isReaderGone() const { return m_isReaderGone; }
+
 private:
+    [[noreturn]] void fail();
     void write(const QByteArray& bytes);
 
     QFile m_file;
+    bool m_isReaderGone = false;
     bool m_isListEmpty = true;
 };

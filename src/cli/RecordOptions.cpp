@@ -38,6 +38,16 @@ double parsePositive(const QString& word, const char* name)
     return parseReal(word, name, std::numeric_limits<double>::min());
 }
 
+/// In mmHg; as in the window that takes pressures, three digits are all there is room for.
+double parsePressure(const QString& word, const char* name)
+{
+    constexpr double tooHigh = 1000.0;
+    const double pressure = parsePositive(word, name);
+    if (pressure >= tooHigh)
+        throw TUsageError(QStringLiteral("%1 is not a valid %2").arg(word, QLatin1String(name)));
+    return pressure;
+}
+
 /// The two parts of a word; `form` tells what it should look like.
 std::pair<QString, QString> split(const QString& word, QChar separator, const char* form)
 {
@@ -112,8 +122,8 @@ TTimedAction bloodPressure(const QString& word)
     const auto [time, pressures] = split(word, QLatin1Char(':'), "T:SYS/DIA");
     const auto [systolic, diastolic] = split(pressures, QLatin1Char('/'), "SYS/DIA");
     TTimedAction action = timedAction(TTimedAction::BloodPressure, time);
-    action.systolic = parsePositive(systolic, "systolic pressure");
-    action.diastolic = parsePositive(diastolic, "diastolic pressure");
+    action.systolic = parsePressure(systolic, "systolic pressure");
+    action.diastolic = parsePressure(diastolic, "diastolic pressure");
     return action;
 }
 
@@ -125,6 +135,18 @@ TTimedAction event(const QString& word)
     if (action.text.isEmpty())
         throw TUsageError(QStringLiteral("%1 is not a T:TEXT").arg(word));
     return action;
+}
+
+/// Texts that the examination itself fills must not be given: they would be lost without a word.
+void takePatient(TRecordOptions& record, const TOptions& given)
+{
+    for (const QString& assignment : given.values(patientOption.name)) {
+        const QString key = assignment.section(QLatin1Char('='), 0, 0);
+        if (key == QLatin1String("studyType") || key == QLatin1String("protocolName") ||
+            key == QLatin1String("studyDateTime"))
+            throw TUsageError(QStringLiteral("Unknown patient key %1").arg(key));
+    }
+    record.patient = studyInfoFrom(given);
 }
 
 /// A pressure belongs to the stage that runs; so what goes to another stage at the same time comes after it.
@@ -156,7 +178,7 @@ TRecordOptions parseRecordOptions(const TOptions& given)
     takeTest(record, given);
     takeEquipment(record, given);
     takeActions(record, given);
-    record.patient = studyInfoFrom(given);
+    takePatient(record, given);
     if (given.has("--stop-after"))
         record.stopAfter = parsePositive(given.value("--stop-after"), "number of seconds");
     if (given.has("--stage-scale"))

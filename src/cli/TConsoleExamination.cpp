@@ -71,7 +71,7 @@ TConsoleExamination::TConsoleExamination(const TRecordOptions& options, const TS
                                          std::unique_ptr<TAcqDevice> device, StudyDatabase& database,
                                          TJsonOutput& output)
     : m_options(options), m_protocol(protocol), m_database(database), m_output(output),
-      m_device(std::move(device)), m_link(m_device.samplingRate()), m_interruptSignal([this] { interrupt(); })
+      m_interruptSignal([this] { interrupt(); }), m_device(std::move(device)), m_link(m_device.samplingRate())
 {
     m_clock.start();
 }
@@ -140,10 +140,11 @@ void TConsoleExamination::record()
 {
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &m_loop, [this] { lookAround(); });
-    timer.start(lookPeriodMs);
     // The first sample of the device is the first one of the study.
     m_recorder->startStudy(now().constData());
     m_recorder->startAcquisition();
+    m_link.start(m_device.failures(), m_recorder->rawSignal().sampleCount(), m_clock.elapsed());
+    timer.start(lookPeriodMs);
     if (!m_ended)
         m_loop.exec();
     m_recorder->stopAcquisition();
@@ -167,11 +168,13 @@ void TConsoleExamination::end()
 
 void TConsoleExamination::close()
 {
+    const bool isSignalWritten = m_recorder->isSignalWritten();
     m_recorder.reset();
     m_equipment.reset();
+    tellEquipmentTexts();
     const int samples = m_study->ecg()->sampleCount();
     const int beats = m_study->beats()->count();
-    const QByteArray loss = keepStudy();
+    const QByteArray loss = keepStudy(isSignalWritten);
     m_database.closeStudy(std::exchange(m_study, nullptr));
     m_output.finished(m_info.id, samples, beats);
     for (const QByteArray& error : {loss, m_driverError}) {
@@ -183,19 +186,20 @@ void TConsoleExamination::close()
 }
 
 /// What of the study could not be kept; empty if all of it is on the disk.
-QByteArray TConsoleExamination::keepStudy()
+QByteArray TConsoleExamination::keepStudy(bool isSignalWritten)
 {
     try {
         m_database.saveStudy(m_study);
     } catch (const TError& error) {
         return error.what();
     }
-    const bool isWhole = !m_study->ecg()->writeFailed() && !m_study->beats()->writeFailed();
-    return isWhole ? QByteArray() : QByteArray(TStudyWriter::failureText);
+    return isSignalWritten ? QByteArray() : QByteArray(TStudyWriter::failureText);
 }
 
 void TConsoleExamination::signalUpdated()
 {
+    tellStage();
+    tellEquipmentTexts();
     if (!m_recorder->isRecording())
         return;
     doDueActions();
@@ -208,7 +212,8 @@ void TConsoleExamination::signalUpdated()
 
 bool TConsoleExamination::isOver() const
 {
-    return m_output.hasFailed() || (m_options.stopAfter && m_recorder->duration() >= *m_options.stopAfter);
+    // An output without room is no reason to lose the rest of the recording.
+    return m_output.isReaderGone() || (m_options.stopAfter && m_recorder->duration() >= *m_options.stopAfter);
 }
 
 void TConsoleExamination::doDueActions()
@@ -219,19 +224,29 @@ void TConsoleExamination::doDueActions()
         perform(m_options.actions[m_nextAction++]);
 }
 
+/// A stage is told once it is on the disk: whoever hears of it may rely on it.
+void TConsoleExamination::tellStage()
+{
+    if (m_begunStage)
+        m_output.stage(m_begunStage->index, m_begunStage->time);
+    m_begunStage.reset();
+}
+
+void TConsoleExamination::tellEquipmentTexts()
+{
+    for (const QByteArray& text : m_equipmentTexts.take())
+        m_output.warning(text.constData());
+}
+
 void TConsoleExamination::perform(const TTimedAction& action)
 {
     switch (action.kind) {
     case TTimedAction::BloodPressure:
         m_recorder->addBloodPressure(action.time, action.systolic, action.diastolic);
         break;
-    case TTimedAction::Event: {
-        TStudyEvent& event = m_study->events().add();
-        event.position = action.time;
-        event.duration = eventSeconds;
-        event.setDescription(action.text);
+    case TTimedAction::Event:
+        m_recorder->addEvent(action.time, eventSeconds, action.text);
         break;
-    }
     case TTimedAction::NextStage:
         m_recorder->nextStage();
         break;
@@ -239,6 +254,7 @@ void TConsoleExamination::perform(const TTimedAction& action)
         m_recorder->goToRecovery();
         break;
     }
+    tellStage();
 }
 
 void TConsoleExamination::beatFound(const TBeat& beat)
@@ -258,7 +274,7 @@ void TConsoleExamination::stageChanged()
     addStageEvent(*m_study, m_recorder->stageRun(), m_recorder->duration());
     // The end of the study ends a stage and begins none.
     if (m_recorder->isRecording())
-        m_output.stage(m_recorder->stageRun().stageIndex(), m_recorder->duration());
+        m_begunStage = TBegunStage{m_recorder->stageRun().stageIndex(), m_recorder->duration()};
 }
 
 void TConsoleExamination::failed(const char* text)
@@ -279,6 +295,7 @@ void TConsoleExamination::lookAround()
     if (m_ended || time - m_lastLook < lookPeriodMs / 2)
         return;
     m_lastLook = time;
+    tellEquipmentTexts();
     m_output.status(TDeviceStatus::of(*m_recorder));
     if (m_link.isNewlyLost(m_device.failures(), m_recorder->rawSignal().sampleCount(), time))
         failed(TStudyRecorder::linkFailureText);

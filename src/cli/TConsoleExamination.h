@@ -2,6 +2,7 @@
 
 #include "acq/TAcqListener.h"
 #include "cli/RecordOptions.h"
+#include "cli/TEquipmentTexts.h"
 #include "cli/TExaminationOutput.h"
 #include "cli/TLinkWatch.h"
 #include "cli/TProgressLine.h"
@@ -13,6 +14,8 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+
+#include <optional>
 
 class StudyDatabase;
 
@@ -31,6 +34,12 @@ public:
     void run();
 
 private:
+    struct TBegunStage
+    {
+        int index;
+        double time; ///< seconds of the study
+    };
+
     // Of the recorder.
     void signalUpdated() override;
     void beatFound(const TBeat& beat) override;
@@ -52,10 +61,12 @@ private:
     void interrupt();
     void end();
     void close();
-    QByteArray keepStudy();
+    QByteArray keepStudy(bool isSignalWritten);
 
     void doDueActions();
     void perform(const TTimedAction& action);
+    void tellStage();
+    void tellEquipmentTexts();
     bool isOver() const;
     void lookAround();
     QString progress() const;
@@ -65,6 +76,10 @@ private:
     StudyDatabase& m_database;
     TExaminationOutput m_output;
     TProgressLine m_progress;
+    QEventLoop m_loop;
+    // Before the device and the equipment, which may take their time to come and to go.
+    InterruptSignal m_interruptSignal;
+    TEquipmentTexts m_equipmentTexts;
     TStartedDevice m_device;
     TLinkWatch m_link;
     std::unique_ptr<TEquipment> m_equipment;
@@ -72,11 +87,10 @@ private:
     Study* m_study = nullptr;
     std::unique_ptr<TStudyRecorder> m_recorder;
 
-    QEventLoop m_loop;
-    InterruptSignal m_interruptSignal;
     QElapsedTimer m_clock;
     qint64 m_lastLook = 0;
     std::size_t m_nextAction = 0;
     QByteArray m_driverError;
+    std::optional<TBegunStage> m_begunStage;
     bool m_ended = false;
 };

@@ -92,6 +92,11 @@ void TExaminationOutput::finished(qint32 id, int samples, int beats)
          {{QLatin1String("id"), id}, {QLatin1String("samples"), samples}, {QLatin1String("beats"), beats}});
 }
 
+bool TExaminationOutput::isReaderGone() const
+{
+    return m_output.isReaderGone();
+}
+
 void TExaminationOutput::tell(const char* event, QJsonObject object)
 {
     if (m_failed)

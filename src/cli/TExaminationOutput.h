@@ -42,7 +42,10 @@ public:
     void warning(const char* text);
     void finished(qint32 id, int samples, int beats);
 
+    /// Something could not be told; nothing more is, as it would stand behind a torn line.
     bool hasFailed() const { return m_failed; }
+    /// Of the failures, that nobody reads any more.
+    bool isReaderGone() const;
 
 private:
     void tell(const char* event, QJsonObject object);

@@ -2,6 +2,14 @@
 
 #include <utility>
 
+void TLinkWatch::start(int failures, int samples, qint64 now)
+{
+    m_lost = false;
+    m_failures = failures;
+    m_samples = samples;
+    m_lastSamples = now;
+}
+
 bool TLinkWatch::isNewlyLost(int failures, int samples, qint64 now)
 {
     if (m_lost && samples - m_samplesAtLoss >= m_samplingRate)

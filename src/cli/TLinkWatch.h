@@ -12,6 +12,8 @@ public:
     /// `samplingRate`: a second of samples ends a loss.
     explicit TLinkWatch(int samplingRate) : m_samplingRate(samplingRate) {}
 
+    /// To be called when the acquisition begins: what the device went through before is no loss.
+    void start(int failures, int samples, qint64 now);
     /// To be called about once a second with the failures of the reader and the samples so far, and the time
     /// in milliseconds from any start. True once for each loss.
     bool isNewlyLost(int failures, int samples, qint64 now);

@@ -1,8 +1,7 @@
 #include "equipment/TKipnetThread.h"
 
+#include "equipment/EquipmentLog.h"
 #include "equipment/KipnetMessages.h"
-
-#include <QtDebug>
 
 namespace {
 
@@ -51,7 +50,7 @@ void TKipnetThread::end()
 
 void TKipnetThread::report(const char* text)
 {
-    qDebug("%s", text);
+    qCDebug(equipmentLog, "%s", text);
     m_log.writeLine(text);
 }
 

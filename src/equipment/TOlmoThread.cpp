@@ -1,6 +1,6 @@
 #include "equipment/TOlmoThread.h"
 
-#include <QtDebug>
+#include "equipment/EquipmentLog.h"
 
 #include <algorithm>
 #include <chrono>
@@ -82,7 +82,7 @@ void TOlmoThread::sayLastWords(bool)
 
 void TOlmoThread::report(const char* text)
 {
-    qDebug("%s", text);
+    qCDebug(equipmentLog, "%s", text);
 }
 
 bool TOlmoThread::send(const olmo::TStep& step)

@@ -1,6 +1,5 @@
 #include "recorder/TStudyRecorder.h"
 
-#include "acq/AcqChannels.h"
 #include "acq/TAcqDevice.h"
 #include "analysis/signals/TChannel.h"
 #include "study/Study.h"
@@ -14,12 +13,6 @@ namespace {
 
 constexpr int rawBlockSize = 4096;
 constexpr int rawCapacity = 81920;
-
-/// Seconds; a shorter stage belongs to the one before.
-constexpr double shortestStage = 5.0;
-
-/// In the order of their weight for the leads.
-constexpr const char* electrodes[] = {"LL", "LA", "RA", "V1", "V2", "V3", "V4", "V5", "V6"};
 
 std::unique_ptr<TInt16Signal> makeRawSignal(const TAcqDevice& device)
 {
@@ -49,9 +42,10 @@ TStudyRecorder::TStudyRecorder(TAcqDevice* device, Study* study, const TProtocol
                                TEquipment* equipment)
     : m_study(study), m_staged(protocolOf<TStressProtocol>(protocol)),
       m_ramp(protocolOf<TRampProtocol>(protocol)), m_rawSignal(makeRawSignal(*device)),
-      m_monitor(*m_rawSignal), m_chain(*m_rawSignal, {}, this), m_writer(*study, *m_rawSignal),
+      m_monitor(*m_rawSignal), m_chain(*m_rawSignal, {}, this), m_executed(*study, m_trends),
+      m_writer(*study, *m_rawSignal),
       m_equipment(equipment, [this] { tellFailure(TEquipmentLink::failureText); }),
-      m_driver(device, m_rawSignal.get())
+      m_driver(device, m_rawSignal.get()), m_device(m_driver, *m_rawSignal)
 {
     m_driver.addListener(this);
 }
@@ -80,34 +74,6 @@ TSignal* TStudyRecorder::setFilters(bool notch, bool muscle, bool baseline)
     return m_monitor.signal();
 }
 
-bool TStudyRecorder::isAnyElectrodeOff()
-{
-    return std::any_of(std::begin(electrodes), std::end(electrodes),
-                       [this](const char* name) { return m_driver.isElectrodeOff(name); });
-}
-
-bool TStudyRecorder::isChannelSaturated(int channel)
-{
-    const TChannel* const recorded = m_rawSignal->channel(channel);
-    // A device that delivers some of its channels counts them all.
-    return recorded && m_driver.isChannelSaturated(acq::placeOfChannel(recorded->name().constData()));
-}
-
-bool TStudyRecorder::isAnyChannelSaturated()
-{
-    for (int channel = 0; channel < m_rawSignal->channelCount(); ++channel) {
-        if (isChannelSaturated(channel))
-            return true;
-    }
-    return false;
-}
-
-bool TStudyRecorder::batteryIsLow()
-{
-    const double voltage = m_driver.batteryVoltage();
-    return voltage > 0.0 && voltage < m_lowBatteryLevel;
-}
-
 double TStudyRecorder::duration() const
 {
     return m_state == Idle ? 0.0 : m_rawSignal->timeOf(m_rawSignal->sampleCount() - m_startOffset);
@@ -133,13 +99,12 @@ void TStudyRecorder::startStudy(const char* studyId)
     tellWriteFailure();
 }
 
-/// What is carried out of the protocol grows stage by stage in the study's own copy.
 void TStudyRecorder::startProtocol()
 {
     if (!isStaged())
         return;
     m_stages.start(*m_staged);
-    m_study->setProtocol(std::make_unique<TStressProtocol>(m_staged->name(), m_staged->type()));
+    m_executed.start(*m_staged);
 }
 
 /// Equipment at rest needs no word.
@@ -184,7 +149,7 @@ void TStudyRecorder::changeStage(int index)
     if (m_stages.stageIndex() == 0)
         averageBeat().keepReference();
     const double now = duration();
-    closeStage(m_stages.elapsed(now));
+    m_executed.close(m_stages.stage(), m_stages.elapsed(now), now);
     m_stages.moveTo(index, now);
     tell([](TRecorderObserver& observer) { observer.stageChanged(); });
     if (m_state != Running)
@@ -194,36 +159,24 @@ void TStudyRecorder::changeStage(int index)
     tellWriteFailure();
 }
 
-void TStudyRecorder::closeStage(double elapsed)
-{
-    TStressProtocol& executed = *m_study->protocol();
-    if (elapsed < shortestStage && executed.stageCount() > 0) {
-        TProtocolStage& last = executed.stage(executed.stageCount() - 1);
-        last.setDuration(last.duration() + elapsed);
-        m_trends.mergeStage(executed.stageCount() - 1);
-        m_stageEnds.back() = duration();
-        return;
-    }
-    TProtocolStage& stage = executed.addStage(m_stages.stage().phase(), elapsed);
-    stage = m_stages.stage();
-    stage.setDuration(elapsed);
-    m_trends.closeStage(executed.stageCount() - 1, stage);
-    m_stageEnds.push_back(duration());
-}
-
-/// The ended stage that holds a time of the study; -1 if it lies in the one that runs.
-int TStudyRecorder::endedStageAt(double time) const
-{
-    const auto end = std::upper_bound(m_stageEnds.begin(), m_stageEnds.end(), time);
-    return end == m_stageEnds.end() ? -1 : static_cast<int>(end - m_stageEnds.begin());
-}
-
 void TStudyRecorder::addBloodPressure(double time, double systolic, double diastolic)
 {
     const bool areNumbers = std::isfinite(time) && std::isfinite(systolic) && std::isfinite(diastolic);
     if (m_state != Running || !areNumbers)
         return;
-    m_trends.addBloodPressure(time, systolic, diastolic, endedStageAt(time));
+    m_trends.addBloodPressure(time, systolic, diastolic, m_executed.stageAt(time));
+    saveDocument();
+}
+
+void TStudyRecorder::addEvent(double time, double duration, const QByteArray& text)
+{
+    if (m_state != Running || !std::isfinite(time) || !std::isfinite(duration))
+        return;
+    TStudyEvent& event = m_study->events().add();
+    event.position = time;
+    event.duration = duration;
+    event.setDescription(text);
+    saveDocument();
 }
 
 void TStudyRecorder::dataCallback(TAcqDriver*)
@@ -271,7 +224,7 @@ void TStudyRecorder::beatFound(const TBeat& beat)
     if (m_state == Running)
         recordBeat(beat);
     else if (beat.valid())
-        tell([&beat](TRecorderObserver& observer) { observer.beatFound(beat); });
+        tellBeat(beat);
 }
 
 /// A beat that began before the study is shown but not stored.
@@ -287,7 +240,13 @@ void TStudyRecorder::recordBeat(const TBeat& beat)
             updateTrends(recorded);
     }
     if (beat.valid())
-        tell([&recorded](TRecorderObserver& observer) { observer.beatFound(recorded); });
+        tellBeat(recorded);
+}
+
+void TStudyRecorder::tellBeat(const TBeat& beat)
+{
+    m_lastBeat = beat;
+    tell([&beat](TRecorderObserver& observer) { observer.beatFound(beat); });
 }
 
 void TStudyRecorder::updateTrends(const TBeat& beat)
@@ -333,6 +292,12 @@ double TStudyRecorder::patientWeight() const
     bool isNumber = false;
     const double weight = m_study->value("patient/weight").toDouble(&isNumber);
     return isNumber && std::isfinite(weight) ? weight : 0.0;
+}
+
+void TStudyRecorder::saveDocument()
+{
+    m_writer.saveDocument();
+    tellWriteFailure();
 }
 
 void TStudyRecorder::tellWriteFailure()

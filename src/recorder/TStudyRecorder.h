@@ -2,8 +2,11 @@
 
 #include "acq/TAcqListener.h"
 #include "acq/TQtAcqDriver.h"
+#include "analysis/beats/TBeat.h"
 #include "analysis/detection/TBeatChain.h"
+#include "recorder/TDeviceWatch.h"
 #include "recorder/TEquipmentLink.h"
+#include "recorder/TExecutedStages.h"
 #include "recorder/TMonitorChain.h"
 #include "recorder/TRecorderObserver.h"
 #include "recorder/TStMeter.h"
@@ -13,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class TAcqDevice;
@@ -35,8 +39,8 @@ public:
     /// call to an observer.
     ~TStudyRecorder() override;
 
-    /// Where the study's document is written, at the start, at each change of stage and at the end. Borrowed;
-    /// null for nowhere.
+    /// Where the study's document is written: at the start, at each change of stage, with each pressure and
+    /// event, and at the end. Borrowed; null for nowhere.
     void setStore(StudyDatabase* store) { m_writer.setStore(store); }
     /// Observers are borrowed and told in the order of their coming.
     void addObserver(TRecorderObserver* observer);
@@ -57,22 +61,25 @@ public:
     /// Goes to the first recovery stage that is to come; nothing happens without one.
     void goToRecovery();
     /// Pressures in mmHg, `time` in seconds of the study. Nothing happens unless it runs and all are finite.
+    /// The study's document is written at once: nobody types it in again after a power cut.
     void addBloodPressure(double time, double systolic, double diastolic);
+    /// Something to note, at a time and for a duration in seconds of the study, both finite; `text` is UTF-8.
+    /// Nothing happens unless the study runs. Written at once as well.
+    void addEvent(double time, double duration, const QByteArray& text);
+    /// Whether all samples and beats of the study so far are in its files.
+    bool isSignalWritten() const { return m_writer.isSignalWritten(); }
 
     /// Builds the display filters anew and returns the signal to show.
     TSignal* setFilters(bool notch, bool muscle, bool baseline);
     TSignal* monitorSignal() const { return m_monitor.signal(); }
     TInt16Signal& rawSignal() { return *m_rawSignal; }
 
-    /// Whether an electrode is off; electrodes are asked in the order of their weight for the leads.
-    bool isAnyElectrodeOff();
-    /// A channel of the recording, whichever of the device's it is.
-    bool isChannelSaturated(int channel);
-    bool isAnyChannelSaturated();
-    /// A voltage that is known and below the level.
-    bool batteryIsLow();
-    /// Volts.
-    void setLowBatteryLevel(double volts) { m_lowBatteryLevel = volts; }
+    // What the device says; see TDeviceWatch.
+    bool isAnyElectrodeOff() { return m_device.isAnyElectrodeOff(); }
+    bool isChannelSaturated(int channel) { return m_device.isChannelSaturated(channel); }
+    bool isAnyChannelSaturated() { return m_device.isAnyChannelSaturated(); }
+    bool batteryIsLow() { return m_device.batteryIsLow(); }
+    void setLowBatteryLevel(double volts) { m_device.setLowBatteryLevel(volts); }
 
     /// Seconds since the start of the study.
     double duration() const;
@@ -83,6 +90,8 @@ public:
     TAverageBeat& averageBeat() { return m_chain.averageBeat(); }
     const TStPoints& stPoints(int channel) const { return m_stMeter.points(channel); }
     void setStMethod(TStMeter::TMethod method) { m_stMeter.setMethod(method); }
+    /// The last valid beat that observers were told, in the time it was told in; none before the first.
+    const std::optional<TBeat>& lastBeat() const { return m_lastBeat; }
     /// Sample indices, in the raw signal, of the pacemaker's pulses since the start of the acquisition.
     const std::vector<int>& pacemakerPulses() const { return m_pacemakerPulses; }
 
@@ -107,12 +116,12 @@ private:
     void startProtocol();
     void sendFirstLoad();
     void changeStage(int index);
-    void closeStage(double elapsed);
-    int endedStageAt(double time) const;
     bool isStaged() const { return m_staged != nullptr; }
     TProtocolType protocolType() const;
     TProtocolStage presentLoad() const;
     double patientWeight() const;
+    void tellBeat(const TBeat& beat);
+    void saveDocument();
     void tellWriteFailure();
     void tell(const std::function<void(TRecorderObserver&)>& call);
     void tellFailure(const char* text);
@@ -131,14 +140,14 @@ private:
     /// First sample of the study in the raw signal.
     int m_startOffset = 0;
     TStageRun m_stages;
-    /// When the stages that the study holds ended, in seconds of it.
-    std::vector<double> m_stageEnds;
     TStressTrends m_trends;
+    TExecutedStages m_executed;
     TStudyWriter m_writer;
     TEquipmentLink m_equipment;
     std::vector<int> m_pacemakerPulses;
-    double m_lowBatteryLevel = 2.3;
+    std::optional<TBeat> m_lastBeat;
 
-    /// Last, so that nothing arrives while the rest goes.
+    /// Behind the rest, so that nothing arrives while the rest goes.
     TQtAcqDriver m_driver;
+    TDeviceWatch m_device;
 };

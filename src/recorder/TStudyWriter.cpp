@@ -1,6 +1,5 @@
 #include "recorder/TStudyWriter.h"
 
-#include "analysis/beats/TBeat.h"
 #include "study/Study.h"
 #include "study/StudyDatabase.h"
 #include "study/TBeatFile.h"
@@ -28,14 +27,15 @@ void TStudyWriter::appendSamples()
     TEcgFile* const ecg = m_study.ecg();
     if (!ecg)
         return;
+    m_owesSamples = false;
     // What could not be written is tried again with the next block, or all that follows would be too early.
-    while (m_lastSaved < m_raw.sampleCount()) {
+    while (m_lastSaved < m_raw.sampleCount() && !m_owesSamples) {
         const int frames = std::min(m_raw.sampleCount() - m_lastSaved, framesAtOnce);
-        if (!append(*ecg, frames))
-            break;
-        m_lastSaved += frames;
+        m_owesSamples = !append(*ecg, frames);
+        if (!m_owesSamples)
+            m_lastSaved += frames;
     }
-    noteFailure(ecg->writeFailed());
+    noteSignal();
 }
 
 bool TStudyWriter::append(TEcgFile& ecg, int frames)
@@ -49,9 +49,7 @@ bool TStudyWriter::append(TEcgFile& ecg, int frames)
         rows[channel] = row;
     }
     ecg.addPerChannelDouble(rows.data(), frames);
-    const bool done = ecg.sampleCount() == before + frames;
-    noteFailure(!done);
-    return done;
+    return ecg.sampleCount() == before + frames;
 }
 
 int TStudyWriter::appendBeat(const TBeat& beat)
@@ -59,33 +57,69 @@ int TStudyWriter::appendBeat(const TBeat& beat)
     TBeatFile* const beats = m_study.beats();
     if (!beats)
         return -1;
-    const int index = beats->append(beat);
-    noteFailure(index < 0 || beats->writeFailed());
+    appendOwedBeats();
+    // One that passed those before it would stand in the wrong place for good.
+    const int index = m_owedBeats.empty() ? beats->append(beat) : -1;
+    if (index < 0)
+        m_owedBeats.push_back(beat);
+    noteSignal();
     return index;
+}
+
+void TStudyWriter::appendOwedBeats()
+{
+    auto owed = m_owedBeats.begin();
+    while (owed != m_owedBeats.end() && m_study.beats()->append(*owed) >= 0)
+        ++owed;
+    m_owedBeats.erase(m_owedBeats.begin(), owed);
 }
 
 void TStudyWriter::save()
 {
+    if (m_study.beats()) {
+        appendOwedBeats();
+        m_study.beats()->sync();
+    }
+    if (m_study.ecg())
+        m_study.ecg()->sync();
+    noteSignal();
+    saveDocument();
+}
+
+void TStudyWriter::saveDocument()
+{
     try {
-        if (m_study.ecg())
-            noteFailure(!m_study.ecg()->sync());
-        if (m_study.beats())
-            noteFailure(!m_study.beats()->sync());
         if (m_store)
             m_store->saveStudy(&m_study);
+        m_documentFailure.note(false);
     } catch (const std::exception&) {
-        noteFailure(true);
+        m_documentFailure.note(true);
     }
 }
 
 bool TStudyWriter::takeFailure()
 {
-    const bool isNew = m_failed && !m_told;
-    m_told = m_told || m_failed;
-    return isNew;
+    const bool isSignal = m_signalFailure.take();
+    const bool isDocument = m_documentFailure.take();
+    return isSignal || isDocument;
 }
 
-void TStudyWriter::noteFailure(bool failed)
+void TStudyWriter::noteSignal()
 {
-    m_failed = m_failed || failed;
+    const bool isLost =
+        (m_study.ecg() && m_study.ecg()->isLost()) || (m_study.beats() && m_study.beats()->isLost());
+    m_signalFailure.note(m_owesSamples || !m_owedBeats.empty() || isLost);
+}
+
+void TStudyWriter::TFailure::note(bool present)
+{
+    isPresent = present;
+    isTold = isTold && present;
+}
+
+bool TStudyWriter::TFailure::take()
+{
+    const bool isNew = isPresent && !isTold;
+    isTold = isPresent;
+    return isNew;
 }

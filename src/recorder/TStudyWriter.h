@@ -1,15 +1,17 @@
 #pragma once
 
+#include "analysis/beats/TBeat.h"
+
 #include <vector>
 
 class Study;
 class StudyDatabase;
-class TBeat;
 class TEcgFile;
 class TSignal;
 
 /// Brings a running study to its files: samples and beats with each block, everything at each change of
-/// stage. What cannot be written is told once; what was written stays readable.
+/// stage. What cannot be written is tried again; what was written stays readable. A failure is told once
+/// until everything owed is written: one of the signal, with its beats, and one of the document.
 class TStudyWriter
 {
 public:
@@ -24,17 +26,34 @@ public:
     /// Appends what the raw signal has gained, and first what could not be written before; what has left the
     /// ring by then becomes zeros.
     void appendSamples();
-    /// A beat in the time of the study. Returns its index in the study, -1 if it could not be written.
+    /// A beat in the time of the study, behind those that could not be written before. Returns its index in
+    /// the study, -1 if it could not be written yet.
     int appendBeat(const TBeat& beat);
     /// Brings samples, beats and the study's document to the disk.
     void save();
+    /// Writes the document alone: for what was typed in, which comes more often than a stage.
+    void saveDocument();
+
+    /// Whether all samples and beats that were appended are in the files, and these still there.
+    bool isSignalWritten() const { return !m_signalFailure.isPresent; }
 
     /// Whether something failed that was not told yet; asking counts as telling.
     bool takeFailure();
 
 private:
+    /// Something that cannot be written for now.
+    struct TFailure
+    {
+        void note(bool present);
+        bool take();
+
+        bool isPresent = false;
+        bool isTold = false;
+    };
+
     bool append(TEcgFile& ecg, int frames);
-    void noteFailure(bool failed);
+    void appendOwedBeats();
+    void noteSignal();
 
     Study& m_study;
     TSignal& m_raw;
@@ -43,6 +62,9 @@ private:
     int m_lastSaved = 0;
     /// A row of samples per channel; kept for its memory.
     std::vector<double> m_samples;
-    bool m_failed = false;
-    bool m_told = false;
+    /// In the order of their coming.
+    std::vector<TBeat> m_owedBeats;
+    bool m_owesSamples = false;
+    TFailure m_signalFailure;
+    TFailure m_documentFailure;
 };

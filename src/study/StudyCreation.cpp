@@ -11,6 +11,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QStringList>
 
 #include <algorithm>
 #include <array>
@@ -18,7 +19,7 @@
 
 namespace {
 
-/// The paths of a set that takes its files away again unless it is kept.
+/// The paths of a set that takes away again what was made of it unless it is kept.
 class TNewSet
 {
 public:
@@ -35,12 +36,14 @@ public:
     {
         if (m_kept)
             return;
-        for (const QString& path : {study, ecg, beats})
+        for (const QString& path : m_made)
             QFile::remove(path);
     }
     TNewSet(const TNewSet&) = delete;
     TNewSet& operator=(const TNewSet&) = delete;
 
+    /// Someone else may make a file of the set at the same time: only what is told here is ours to remove.
+    void addMade(const QString& path) { m_made << path; }
     void keep() { m_kept = true; }
 
     const QString study;
@@ -48,6 +51,7 @@ public:
     const QString beats;
 
 private:
+    QStringList m_made;
     bool m_kept = false;
 };
 
@@ -95,7 +99,9 @@ std::unique_ptr<Study> createStudyFiles(const QString& folder, const StudyInfo& 
     TNewSet set(folder, info.baseFilename);
     auto study = std::make_unique<Study>(info.id);
     auto ecg = createEcgFile(set.ecg, info);
+    set.addMade(set.ecg);
     auto beats = std::make_unique<TBeatFile>(*ecg, set.beats, beatsHeaderSize, true);
+    set.addMade(set.beats);
     study->setFiles(std::move(ecg), std::move(beats));
     studyFromInfo(*study, info);
 
@@ -104,6 +110,7 @@ std::unique_ptr<Study> createStudyFiles(const QString& folder, const StudyInfo& 
     if (study->ecg()->writeFailed() || study->beats()->writeFailed())
         throw TError("Cannot create file");
     saveStudyFile(*study, set.study);
+    set.addMade(set.study);
     // Replacing a file takes a longer name beside it than making one. A study that could never be saved again
     // must show that now and not after the examination.
     saveStudyFile(*study, set.study);

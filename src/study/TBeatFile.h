@@ -42,6 +42,8 @@ public:
 
     /// Whether a beat or the header ever failed to reach the file. Stays true.
     bool writeFailed() const { return m_file.writeFailed(); }
+    /// Whether what was written may not last. Stays true.
+    bool isLost() const { return m_file.isLost(); }
     /// Brings the beats to the disk. False if that fails.
     bool sync() { return m_file.sync(); }
 

@@ -42,6 +42,8 @@ public:
 
     /// Whether samples or header ever failed to reach the file. Stays true.
     bool writeFailed() const { return m_file.writeFailed(); }
+    /// Whether what was written may not last. Stays true.
+    bool isLost() const { return m_file.isLost(); }
     /// Brings the recording to the disk. False if that fails.
     bool sync() { return m_file.sync(); }
 

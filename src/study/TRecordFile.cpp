@@ -31,11 +31,8 @@ TRecordFile::~TRecordFile()
 
 void TRecordFile::create()
 {
-    // A pipe or a device takes no header to come back to, and is not ours to remove.
-    const QFileInfo older(m_file.fileName());
-    if (older.exists() && !older.isFile())
-        fail(TMode::Create);
-    if (!m_file.open(QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered))
+    // Whatever has the name already may be a recording that someone needs.
+    if (!m_file.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
         fail(TMode::Create);
     if (!writeHeader({})) {
         m_file.remove();
@@ -84,7 +81,8 @@ bool TRecordFile::append(const char* data, int n)
     if (!done)
         return false;
     // Writing to a file that was deleted under us succeeds, but what is written will be lost.
-    m_writeFailed = m_writeFailed || !QFile::exists(m_file.fileName());
+    m_isLost = m_isLost || !QFile::exists(m_file.fileName());
+    m_writeFailed = m_writeFailed || m_isLost;
     return true;
 }
 
@@ -106,7 +104,8 @@ bool TRecordFile::sync()
     if (!isWritable())
         return true;
     const bool done = velantor::syncToDisk(m_file);
-    m_writeFailed = m_writeFailed || !done;
+    m_isLost = m_isLost || !done;
+    m_writeFailed = m_writeFailed || m_isLost;
     return done;
 }
 

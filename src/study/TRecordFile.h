@@ -13,7 +13,7 @@ public:
     enum class TMode
     {
         Open,  ///< an existing file, for reading and, where the medium lets us, writing
-        Create ///< a new, empty file with a header of zeros; an older one of that path is lost
+        Create ///< a new, empty file with a header of zeros; there must be none of that path
     };
 
     static TMode modeFor(bool create) { return create ? TMode::Create : TMode::Open; }
@@ -47,6 +47,9 @@ public:
 
     /// Whether a write ever failed, or the file was found gone from its folder. Stays true.
     bool writeFailed() const { return m_writeFailed; }
+    /// Whether what was appended may not last: the file was found gone from its folder, or could not be
+    /// brought to the disk. Stays true, as nothing mends it; a write that was only refused can be repeated.
+    bool isLost() const { return m_isLost; }
     /// Brings what was written to the disk. False, and `writeFailed`, if that fails.
     bool sync();
 
@@ -64,4 +67,5 @@ private:
     /// Something of a failed append stands behind the last record and could not be cut off.
     bool m_hasRest = false;
     bool m_writeFailed = false;
+    bool m_isLost = false;
 };

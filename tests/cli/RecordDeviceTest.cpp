@@ -255,6 +255,21 @@ private Q_SLOTS:
                  messages.constData());
     }
 
+    void whatADriverOfEquipmentReportsIsAWarning()
+    {
+        TRecording recording(m_folder->path(),
+                             wordsOf("DEMO --protocol Bruce --next-stage 1 --stop-after 3 --equipment "
+                                     "kipmachines:/absent/tty"));
+        useOwnHome(recording);
+        QCOMPARE(recording.run(), 0);
+        QCOMPARE(recording.error(), QByteArray());
+        QStringList told;
+        for (const QJsonObject& warning : recording.lines("warning"))
+            told << warning.value(QLatin1String("text")).toString();
+        QVERIFY2(told.contains(QStringLiteral("Port not found")), qPrintable(told.join(QLatin1Char('\n'))));
+        QCOMPARE(recording.lines("finished").size(), 1);
+    }
+
     void anInterruptionStopsTheTreadmill()
     {
         TSimulator treadmill(SIM_TREADMILL, {});

@@ -113,6 +113,13 @@ private Q_SLOTS:
         QCOMPARE(options.actions.at(0).text, QByteArray("b"));
     }
 
+    void aPressureHasUpToThreeDigits()
+    {
+        const TRecordOptions options = parse("--source demo --ecg --bp 10:999/998");
+        QCOMPARE(options.actions.at(0).systolic, 999.0);
+        QCOMPARE(options.actions.at(0).diastolic, 998.0);
+    }
+
     void theTextOfAnEventIsAnyText()
     {
         const TRecordOptions options =
@@ -134,15 +141,41 @@ private Q_SLOTS:
               "--source demo --protocol Who --equipment olmo:", "--source demo --protocol Who --equipment :x",
               "--source demo --protocol Who --equipment other:x"})
             QTest::newRow(words) << QString::fromLatin1(words);
-        for (const char* words :
-             {"--stop-after 0",   "--stop-after -1",    "--stop-after x",      "--stop-after nan",
-              "--stop-after inf", "--stage-scale 0",    "--stage-scale -2",    "--stage-scale x",
-              "--bp 10",          "--bp 10:120",        "--bp 10:120/",        "--bp 10:/80",
-              "--bp :120/80",     "--bp -1:120/80",     "--bp 10:0/80",        "--bp 10:120/x",
-              "--bp x:120/80",    "--event 10",         "--event 10:",         "--event x:y",
-              "--event -1:y",     "--next-stage x",     "--next-stage -1",     "--recovery x",
-              "--recovery nan",   "--patient lastName", "--patient nothing=1", "--patient baseFilename=x",
-              "--unknown"})
+        for (const char* words : {"--stop-after 0",
+                                  "--stop-after -1",
+                                  "--stop-after x",
+                                  "--stop-after nan",
+                                  "--stop-after inf",
+                                  "--stage-scale 0",
+                                  "--stage-scale -2",
+                                  "--stage-scale x",
+                                  "--bp 10",
+                                  "--bp 10:120",
+                                  "--bp 10:120/",
+                                  "--bp 10:/80",
+                                  "--bp :120/80",
+                                  "--bp -1:120/80",
+                                  "--bp 10:0/80",
+                                  "--bp 10:120/x",
+                                  "--bp x:120/80",
+                                  "--event 10",
+                                  "--event 10:",
+                                  "--event x:y",
+                                  "--event -1:y",
+                                  "--next-stage x",
+                                  "--next-stage -1",
+                                  "--recovery x",
+                                  "--recovery nan",
+                                  "--patient lastName",
+                                  "--patient nothing=1",
+                                  "--patient baseFilename=x",
+                                  "--bp 10:1000/80",
+                                  "--bp 10:120/1000",
+                                  "--bp 10:1e9/80",
+                                  "--patient studyType=x",
+                                  "--unknown",
+                                  "--patient protocolName=",
+                                  "--patient studyDateTime=20240101000000"})
             QTest::newRow(words) << QString::fromLatin1(good) + QString::fromLatin1(words);
     }
 

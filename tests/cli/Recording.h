@@ -3,6 +3,7 @@
 #include "cli/ConsoleTool.h"
 
 #include <QElapsedTimer>
+#include <QtTest>
 
 #include <csignal>
 
@@ -44,6 +45,9 @@ public:
         QList<QJsonObject> found;
         for (const QByteArray& line : m_output.left(m_output.lastIndexOf('\n') + 1).split('\n')) {
             const QJsonObject object = QJsonDocument::fromJson(line).object();
+            // Whoever reads along must understand every line.
+            if (!line.isEmpty() && !object.value(QLatin1String("event")).isString())
+                QTest::qFail(("No event: " + line).constData(), __FILE__, __LINE__);
             if (!line.isEmpty() && (!event || object.value(QLatin1String("event")) == QLatin1String(event)))
                 found << object;
         }

@@ -138,6 +138,68 @@ private Q_SLOTS:
         checkSamples(*study->ecg());
     }
 
+    void anOutputWithoutRoomIsNoReasonToEndTheStudy()
+    {
+        TRecording recording(m_folder->path(), wordsOf("DEMO --unpaced --ecg --stop-after 20 --beats"));
+        recording.process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        QCOMPARE(recording.run(), 1);
+        QCOMPARE(recording.error(), QByteArray("Write error\n"));
+        LocalStudyDatabase database(m_folder->path());
+        const QList<qint32> ids = listedIds(database);
+        QCOMPARE(ids.size(), 1);
+        Study* study = database.openStudy(ids.first());
+        QVERIFY(study != nullptr && study->ecg()->duration() >= 20.0);
+    }
+
+    void aFullDiskThatHasRoomAgainIsNoFailureInTheEnd()
+    {
+        TRecording recording(m_folder->path(), wordsOf("DEMO --ecg --stop-after 10 --beats"));
+        {
+            const FullDisk disk(100000);
+            recording.start();
+            QVERIFY(recording.process.waitForStarted());
+        }
+        QVERIFY(recording.waitFor("warning"));
+        QVERIFY(makeRoom(static_cast<pid_t>(recording.process.processId())));
+        QCOMPARE(recording.wait(), 0);
+        QCOMPARE(recording.error(), QByteArray());
+        QCOMPARE(recording.lines("warning").size(), 1);
+        LocalStudyDatabase database(m_folder->path());
+        Study* study = database.openStudy(recording.id());
+        QVERIFY(study != nullptr && study->ecg()->duration() >= 10.0);
+        checkSamples(*study->ecg());
+    }
+
+    void whatWasTypedInOutlivesAKill()
+    {
+        TRecording recording(m_folder->path(), wordsOf("DEMO --protocol Bruce --bp 1:133/77 --event 1:dizzy "
+                                                       "--beats"));
+        recording.start();
+        QVERIFY(recording.waitFor("beat", 4));
+        recording.process.kill();
+        QCOMPARE(recording.wait(), -1);
+        LocalStudyDatabase database(m_folder->path());
+        Study* study = database.openStudy(recording.id());
+        QVERIFY(study != nullptr);
+        QCOMPARE(study->results().trend("sysBPTrend")->values(), std::vector<double>{133.0});
+        QCOMPARE(study->events().count(), 1);
+        QCOMPARE(study->events().at(0).description, QByteArray("dizzy"));
+    }
+
+    void aStageThatWasToldOutlivesAKill()
+    {
+        TRecording recording(m_folder->path(), wordsOf("DEMO --protocol Bruce --next-stage 1"));
+        recording.start();
+        QVERIFY(recording.waitFor("stage"));
+        recording.process.kill();
+        QCOMPARE(recording.wait(), -1);
+        LocalStudyDatabase database(m_folder->path());
+        Study* study = database.openStudy(recording.id());
+        QVERIFY(study != nullptr && study->protocol() != nullptr);
+        QCOMPARE(study->protocol()->stageCount(), 1);
+        QCOMPARE(study->events().count(), 1);
+    }
+
     void aReaderThatGoesAwayEndsTheStudyProperly()
     {
         const TRecording recording(m_folder->path(), wordsOf(pacedTest));
@@ -176,6 +238,16 @@ private Q_SLOTS:
     }
 
 private:
+    /// Lifts the limit that a process has of its parent.
+    static bool makeRoom(pid_t process)
+    {
+        rlimit limit{};
+        if (prlimit(process, RLIMIT_FSIZE, nullptr, &limit) != 0)
+            return false;
+        limit.rlim_cur = limit.rlim_max;
+        return prlimit(process, RLIMIT_FSIZE, &limit, nullptr) == 0;
+    }
+
     void checkSurvivor(TRecording& recording)
     {
         QCOMPARE(recording.lines("started").size(), 1);

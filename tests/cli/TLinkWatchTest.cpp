@@ -39,6 +39,23 @@ private Q_SLOTS:
         QVERIFY(link.isNewlyLost(32, 1500, 5000));
     }
 
+    void whatWasBeforeTheStartIsNoLoss()
+    {
+        TLinkWatch link(500);
+        // A slow device: twelve seconds and three attempts until it was there.
+        link.start(3, 0, 12000);
+        QVERIFY(!link.isNewlyLost(3, 0, 12500));
+        QVERIFY(!link.isNewlyLost(3, 0, 12000 + TLinkWatch::silenceMs - 1));
+        QVERIFY(link.isNewlyLost(3, 0, 12000 + TLinkWatch::silenceMs));
+    }
+
+    void aFailureRightAfterTheStartIsALoss()
+    {
+        TLinkWatch link(500);
+        link.start(3, 0, 12000);
+        QVERIFY(link.isNewlyLost(4, 100, 12500));
+    }
+
     void silenceIsALossToldOnce()
     {
         TLinkWatch link(500);

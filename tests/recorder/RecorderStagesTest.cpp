@@ -60,6 +60,32 @@ private Q_SLOTS:
         QCOMPARE(session.stages(), (QList<double>{7.7, 10.0}));
     }
 
+    void aCommandThatEndsTheFirstStageKeepsTheReference_data()
+    {
+        QTest::addColumn<bool>("toRecovery");
+        QTest::newRow("next stage") << false;
+        QTest::newRow("recovery") << true;
+    }
+
+    void aCommandThatEndsTheFirstStageKeepsTheReference()
+    {
+        QFETCH(bool, toRecovery);
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(8.0);
+        QVERIFY(!session.recorder->averageBeat().hasReference());
+        if (toRecovery)
+            session.recorder->goToRecovery();
+        else
+            session.recorder->nextStage();
+        QVERIFY(session.recorder->averageBeat().hasReference());
+        const std::vector<double> reference = session.recorder->averageBeat().reference(10).values();
+        QCOMPARE(session.recorder->averageBeat().complex(10).values(), reference);
+        session.run(25.0);
+        QCOMPARE(session.recorder->averageBeat().reference(10).values(), reference);
+    }
+
     void theLastStageHasNoNext()
     {
         const TStressProtocol protocol = treadmillTest(10.0);
@@ -124,6 +150,40 @@ private Q_SLOTS:
         QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{150.0, 0.0}));
         QCOMPARE(session.list("DPPerStage").at(0), 150.0 * session.list("BPMPerStage").at(0));
         QCOMPARE(session.trend("sysBPTrend").count(), 1);
+    }
+
+    void aPressureForATimeInAShortStageGoesToTheStageThatTookIt()
+    {
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(10.0);
+        session.run(4.0);
+        session.recorder->nextStage();
+        session.run(2.0);
+        session.recorder->addBloodPressure(13.0, 150.0, 90.0);
+        QCOMPARE(session.list("sysBPPerStage"), std::vector<double>{150.0});
+        QCOMPARE(session.list("diaBPPerStage"), std::vector<double>{90.0});
+        session.run(8.0);
+        QCOMPARE(session.stages(), (QList<double>{14.0, 10.0}));
+        QCOMPARE(session.list("sysBPPerStage"), (std::vector<double>{150.0, 0.0}));
+    }
+
+    void aShortStageWithoutPressureLeavesThatOfTheStageThatTookIt()
+    {
+        const TStressProtocol protocol = treadmillTest(10.0);
+        RecorderSession session(&protocol);
+        session.start();
+        session.run(9.0);
+        session.recorder->addBloodPressure(9.0, 130.0, 85.0);
+        session.run(1.0);
+        const std::vector<double> products = session.list("DPPerStage");
+        session.run(4.0);
+        session.recorder->nextStage();
+        QCOMPARE(session.stages(), QList<double>{14.0});
+        QCOMPARE(session.list("sysBPPerStage"), std::vector<double>{130.0});
+        QCOMPARE(session.list("diaBPPerStage"), std::vector<double>{85.0});
+        QCOMPARE(session.list("DPPerStage"), products);
     }
 
     void aPressureKnowsWhenAStageReallyEnded()

@@ -420,6 +420,43 @@ private Q_SLOTS:
         QCOMPARE(session.store.saves, 4);
     }
 
+    void whatIsTypedInIsWrittenAtOnce()
+    {
+        RecorderSession session;
+        session.recorder->addEvent(0.0, 1.0, "too early");
+        session.start();
+        session.run(8.0);
+        const int saves = session.store.saves;
+        session.recorder->addBloodPressure(7.5, 120.0, 80.0);
+        QCOMPARE(session.store.saves, saves + 1);
+        session.recorder->addEvent(7.25, 3.0, "dizzy");
+        session.recorder->addEvent(std::numeric_limits<double>::infinity(), 3.0, "never");
+        QCOMPARE(session.store.saves, saves + 2);
+
+        const auto stored = loadStudy(session.folder.studyFile(session.info.baseFilename));
+        QVERIFY(stored);
+        QCOMPARE(stored->results().trend("sysBPTrend")->values(), std::vector<double>{120.0});
+        QCOMPARE(stored->events().count(), 1);
+        QCOMPARE(stored->events().at(0).position, 7.25);
+        QCOMPARE(stored->events().at(0).duration, 3.0);
+        QCOMPARE(stored->events().at(0).description, QByteArray("dizzy"));
+    }
+
+    void theLastBeatIsTheOneThatWasTold()
+    {
+        RecorderSession session;
+        QVERIFY(!session.recorder->lastBeat());
+        bool same = true;
+        session.observer.onBeat = [&] {
+            const double told = session.observer.beats.back().value(TBeat::beatTime);
+            same = same && session.recorder->lastBeat()->value(TBeat::beatTime) == told;
+        };
+        session.run(5.0);
+        session.start();
+        session.run(5.0);
+        QVERIFY(session.observer.beats.size() > 5 && same);
+    }
+
     void whatCannotBeWrittenIsToldOnceAndTheExaminationGoesOn()
     {
         const TStressProtocol protocol = treadmillTest(10.0);

@@ -149,6 +149,19 @@ private Q_SLOTS:
         QVERIFY(meter.points(0).base == base * factor || meter.points(0).base == (base + 1) * factor);
     }
 
+    void withoutAPWaveTheBaseLiesThreeSamplesBeforeTheQrs()
+    {
+        TDrawing drawing(250, {{0.1, 0.0, true, 0.0}});
+        drawing.show(0);
+        TAverageBeatDelineator waves;
+        waves.analyse(drawing.average.complex(0), 250, drawing.average.rOffset(), 0);
+        QCOMPARE(waves.pOffset(), 0);
+        QVERIFY(waves.qrsOnset() > 3);
+        TStMeter meter;
+        QVERIFY(meter.measure(drawing.average, drawing.signal, 0, 0.0));
+        QCOMPARE(meter.points(0).base, waves.qrsOnset() - 3);
+    }
+
     void theBaseLiesBetweenThePWaveAndTheQrs()
     {
         TDrawing drawing(500, {{0.1, 0.0, true, 0.2}});

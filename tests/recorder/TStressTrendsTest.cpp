@@ -100,6 +100,20 @@ private Q_SLOTS:
         QCOMPARE(list("STLevelPerStage(15)"), std::vector<double>{0.0});
     }
 
+    void aBeatWithoutStOfAChannelLeavesItsMeanAndCounts()
+    {
+        m_trends.addSt(1.0, 2, {0.3, 3.0});
+        m_trends.addBeat(1.0, 0.8, {});
+        m_trends.addBeat(2.0, 0.8, {});
+        m_trends.addSt(3.0, 2, {0.6, 6.0});
+        m_trends.addBeat(3.0, 0.8, {});
+        m_trends.closeStage(0, {});
+        // (2 * 0.3 + 0.6) / 3
+        QVERIFY(std::abs(list("STLevelPerStage(2)")[0] - 0.4) < 1e-12);
+        QVERIFY(std::abs(list("STSlopePerStage(2)")[0] - 4.0) < 1e-12);
+        QCOMPARE(trend("STLevelTrend(2)").count(), 2);
+    }
+
     void theValuesOfAStageAreEnteredAtItsEnd()
     {
         m_trends.addBeat(1.0, 60.0 / 93.7, {});

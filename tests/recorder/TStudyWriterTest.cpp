@@ -206,6 +206,77 @@ private Q_SLOTS:
         QVERIFY(holds(oldest, m_raw->sampleCount() - oldest, 0));
     }
 
+    void beatsThatAFullDiskRefusedComeBeforeTheNextOne()
+    {
+        m_writer->appendBeat(beatAt(1.0));
+        {
+            const FullDisk disk(256 + 56 + 80 * channels);
+            QCOMPARE(m_writer->appendBeat(beatAt(2.0)), -1);
+            QCOMPARE(m_writer->appendBeat(beatAt(3.0)), -1);
+            QVERIFY(!m_writer->isSignalWritten());
+        }
+        QCOMPARE(m_writer->appendBeat(beatAt(4.0)), 3);
+        QVERIFY(m_writer->isSignalWritten());
+        QCOMPARE(m_study->beats()->count(), 4);
+        for (int i = 0; i < 4; ++i) {
+            TBeat beat;
+            QVERIFY(m_study->beats()->read(i, beat));
+            QCOMPARE(beat.windowStart(), 1.0 + i);
+        }
+    }
+
+    void theLastBeatsThatAFullDiskRefusedComeWithTheSave()
+    {
+        {
+            const FullDisk disk(256);
+            m_writer->appendBeat(beatAt(1.0));
+        }
+        QCOMPARE(m_study->beats()->count(), 0);
+        m_writer->save();
+        QCOMPARE(m_study->beats()->count(), 1);
+        QVERIFY(m_writer->isSignalWritten());
+    }
+
+    void aDiskThatIsFullAgainIsToldAgain()
+    {
+        m_writer->start(0);
+        for (int i = 0; i < 2; ++i) {
+            {
+                const FullDisk disk(ecgBytes(m_study->ecg()->sampleCount() + 100));
+                acquire(500);
+                m_writer->appendSamples();
+                QVERIFY(!m_writer->isSignalWritten());
+                QVERIFY(m_writer->takeFailure());
+                m_writer->appendSamples();
+                QVERIFY(!m_writer->takeFailure());
+            }
+            m_writer->appendSamples();
+            QVERIFY(m_writer->isSignalWritten());
+            QVERIFY(!m_writer->takeFailure());
+        }
+        QCOMPARE(m_study->ecg()->sampleCount(), 1000);
+    }
+
+    void theSignalAndTheDocumentAreToldEachForItself()
+    {
+        const FullDisk disk(256);
+        m_writer->appendBeat(beatAt(1.0));
+        QVERIFY(m_writer->takeFailure());
+        m_writer->saveDocument();
+        QVERIFY(m_writer->takeFailure());
+        m_writer->saveDocument();
+        m_writer->appendBeat(beatAt(2.0));
+        QVERIFY(!m_writer->takeFailure());
+    }
+
+    void theDocumentAloneIsWrittenToo()
+    {
+        m_study->setValue("patient/lastName", "Typed");
+        m_writer->saveDocument();
+        QVERIFY(!m_writer->takeFailure());
+        QCOMPARE(storedLastName(), QByteArray("Typed"));
+    }
+
     void beatsThatDoNotFitAreToldOnce()
     {
         m_writer->appendBeat(beatAt(1.0));
@@ -224,6 +295,10 @@ private Q_SLOTS:
         acquire(100);
         m_writer->appendSamples();
         QVERIFY(m_writer->takeFailure());
+        QVERIFY(!m_writer->isSignalWritten());
+        acquire(100);
+        m_writer->appendSamples();
+        QVERIFY(!m_writer->takeFailure());
     }
 
     void aFolderThatVanishedIsTold()

@@ -182,6 +182,7 @@ private Q_SLOTS:
     {
         QFETCH(int, size);
         QFETCH(bool, opens);
+        QFile::remove(m_path);
         {
             TEcgFile file(m_path, 1, 500, 4096, true);
             file.writeHeader("VTECG1" + documentOfSize(size));

@@ -129,6 +129,13 @@ private Q_SLOTS:
         QCOMPARE(QFile::symLinkTarget(path()), QStringLiteral("/dev/null"));
     }
 
+    void anOlderRecordingIsNeverWrittenOver()
+    {
+        QVERIFY(samples::makeFile(path(), "an older one"));
+        QCOMPARE(errorOf(path()), QStringLiteral("Cannot create file"));
+        QCOMPARE(samples::contentOf(path()), QByteArray("an older one"));
+    }
+
     void aFolderIsNotTakenForANewFile()
     {
         QCOMPARE(errorOf(m_folder.path()), QStringLiteral("Cannot create file"));

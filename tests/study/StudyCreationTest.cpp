@@ -97,6 +97,19 @@ private Q_SLOTS:
         QVERIFY(m_database->listStudies().empty());
     }
 
+    void aFailedCreationRemovesOnlyItsOwn()
+    {
+        // A link to nowhere is seen by no look beforehand, like a file that someone makes at the same time.
+        StudyInfo info = makeSampleInfo();
+        const QByteArray base = makeBaseFilename(info);
+        const QString target = m_folder->beside("nowhere");
+        QVERIFY(QFile::link(target, m_folder->beatsFile(base)));
+        QCOMPARE(failureText([&] { m_database->createStudy(info); }), QStringLiteral("Cannot create file"));
+        QCOMPARE(QFile::symLinkTarget(m_folder->beatsFile(base)), target);
+        QVERIFY(!QFile::exists(target));
+        QVERIFY(!QFile::exists(m_folder->ecgFile(base)));
+    }
+
     void aSecondStudyOfTheSameSecondIsRefusedAndTheFirstStays()
     {
         const StudyInfo first = addStudy(*m_database, "Perez");

@@ -176,6 +176,7 @@ private Q_SLOTS:
 
     void aCrashLosesNoMoreThanTheLastFrame()
     {
+        QVERIFY(QFile::remove(m_set->ecg()));
         {
             TEcgFile ecg(m_set->ecg(), 2, 500, 4096, true);
             ecg.writeHeader(R"(VTECG1{"ecg":{"sampleFormat":"short","samplingRate":500,"resolution":16,)"

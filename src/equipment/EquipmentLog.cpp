@@ -1,0 +1,3 @@
+#include "equipment/EquipmentLog.h"
+
+Q_LOGGING_CATEGORY(equipmentLog, "velantor.equipment")
