@@ -8,6 +8,20 @@
 
 #include <algorithm>
 
+namespace {
+
+class BeatAppender : public TBeatListener
+{
+public:
+    explicit BeatAppender(TBeatFile& beats) : m_beats(beats) {}
+    void beatFound(const TBeat& beat) override { m_beats.append(beat); }
+
+private:
+    TBeatFile& m_beats;
+};
+
+} // namespace
+
 StoredRecording::StoredRecording(const std::vector<short>& samples, double seconds)
     : m_database(m_folder.path())
 {
@@ -16,10 +30,9 @@ StoredRecording::StoredRecording(const std::vector<short>& samples, double secon
     m_filters->setNotchName("50hz");
     m_filters->setMuscleName("40hz");
     m_filters->apply(true, true, true);
-    m_analysis = std::make_unique<TStoredAnalysis>(*m_study->ecg(), TBeatChainSettings());
+    m_appender = std::make_unique<BeatAppender>(*m_study->beats());
+    m_analysis = std::make_unique<TStoredAnalysis>(*m_study->ecg(), TBeatChainSettings(), m_appender.get());
     m_analysis->run();
-    for (const TBeat& beat : m_analysis->beats())
-        m_study->beats()->append(beat);
     m_beatSource = std::make_unique<TStoredBeats>(m_study->beats());
     m_saturation = std::make_unique<TSignalSaturation>(m_study->ecg());
 }

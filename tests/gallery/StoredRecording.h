@@ -36,6 +36,7 @@ private:
     /// Owned by the database.
     Study* m_study = nullptr;
     std::unique_ptr<TOfflineFilterChain> m_filters;
+    std::unique_ptr<TBeatListener> m_appender;
     std::unique_ptr<TStoredAnalysis> m_analysis;
     std::unique_ptr<TStoredBeats> m_beatSource;
     std::unique_ptr<TSignalSaturation> m_saturation;
