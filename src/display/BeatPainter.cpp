@@ -144,11 +144,13 @@ void paintCursors(const TCanvas& canvas, const TBeatPicture& picture)
 double rowHeight(const TCanvas& canvas, int row)
 {
     const int lineHeight = canvas.painter.fontMetrics().height();
+    const int third = canvas.scale.height / 3;
     if (row == 0)
-        return canvas.scale.height / 3;
+        return third;
     // Below the cursors: one row of single lines, then one of two lines.
     const int below = row == 1 ? lineHeight + 2 * gap : 3 * lineHeight + 5 * gap;
-    return 2 * canvas.scale.height / 3 + below;
+    const int twoThirds = 2 * canvas.scale.height / 3;
+    return twoThirds + below;
 }
 
 void paintArrow(const TCanvas& canvas, double tip, double direction, double y)

@@ -22,8 +22,11 @@ constexpr double heavyWidth = 1.25;
 std::vector<int> lattice(double step, int length)
 {
     std::vector<int> at;
-    for (double position = 0.0; position < length; position += step)
+    double position = 0.0;
+    while (position < length) {
         at.push_back(truncated<int>(position));
+        position += step;
+    }
     return at;
 }
 

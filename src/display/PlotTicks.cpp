@@ -19,7 +19,7 @@ QString formatted(const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    const QString text = QString::vasprintf(format, arguments);
+    QString text = QString::vasprintf(format, arguments);
     va_end(arguments);
     return text;
 }
