@@ -76,7 +76,10 @@ int farthest(const TDoubleVector& complex, int first, int last, double base)
 QString millivoltText(double millivolts)
 {
     // The sum keeps a tiny negative value from reading -0.00.
-    return QString::asprintf("%.2f mV", std::round(millivolts * 100.0) / 100.0 + 0.0);
+    const double rounded = std::round(millivolts * 100.0) / 100.0 + 0.0;
+    // A translation is no format to trust.
+    return translated(QT_TRANSLATE_NOOP("QBeatDisplay", "%.2f mV"))
+        .replace(QLatin1String("%.2f"), QString::number(rounded, 'f', 2));
 }
 
 } // namespace
@@ -105,10 +108,15 @@ double TBeatScale::secondsAt(int x) const
     return std::clamp(x, 0, std::max(width - 1, 0)) * beatSeconds / width;
 }
 
+bool isDrawn(const TBeatCursor& cursor)
+{
+    return cursor.visible && cursor.position >= 0.0;
+}
+
 int cursorAt(const TBeatCursors& cursors, const TBeatScale& scale, int x)
 {
     const auto isNear = [&](const TBeatCursor& cursor) {
-        return cursor.visible &&
+        return isDrawn(cursor) &&
                std::abs(static_cast<qint64>(scale.xOf(cursor.position)) - x) <= catchDistance;
     };
     const auto found = std::find_if(cursors.begin(), cursors.end(), isNear);
@@ -122,7 +130,7 @@ std::vector<TBeatDimension> beatDimensions(const TBeatCursors& cursors)
         const TBeatCursor& from = cursors[interval.from];
         const TBeatCursor& to = cursors[interval.to];
         const double seconds = to.position - from.position;
-        if (!from.visible || !to.visible || !(seconds > 0.0))
+        if (!isSet(from) || !isSet(to) || !(seconds > 0.0))
             continue;
         const QString text = translated(interval.text).arg(wholeMs(seconds), 0, 10);
         dimensions.push_back({from.position, to.position, text, interval.row});

@@ -11,7 +11,7 @@ class TDoubleVector;
 struct TBeatCursor
 {
     bool visible = false;
-    /// Seconds from the start of the beat; 0.0 until a wave boundary is known.
+    /// Seconds from the start of the beat; 0.0 or less until a wave boundary is known.
     double position = 0.0;
     QColor color = Qt::blue;
     QString name;
@@ -54,7 +54,10 @@ struct TBeatScale
     double secondsAt(int x) const;
 };
 
-/// The first visible cursor within 3 pixels of `x`, or -1.
+/// Whether a cursor has its line: at 0.0 s it waits at the left edge to be placed, before that it is nowhere.
+bool isDrawn(const TBeatCursor& cursor);
+
+/// The first cursor that is drawn within 3 pixels of `x`, or -1.
 int cursorAt(const TBeatCursors& cursors, const TBeatScale& scale, int x);
 
 /// A line from one cursor to another with the time between them.
@@ -63,11 +66,13 @@ struct TBeatDimension
     double from;
     double to;
     QString text;
-    /// Lines of the same row never lie over each other. 0 is above the curve, the others are below it.
+    /// 0 is above the curve, the others are below it. Lines of the same row do not lie over each other as
+    /// long as the waves stand in their order.
     int row;
 };
 
-/// Those whose cursors are both visible and in their order.
+/// Those whose cursors are both visible, set (above 0.0 s) and in their order: an unset one would make a
+/// false interval from the left edge.
 std::vector<TBeatDimension> beatDimensions(const TBeatCursors& cursors);
 
 /// "[RR %1]" with whole ms, empty if the RR is not known. `seconds` is the average RR.

@@ -11,6 +11,13 @@
 
 namespace {
 
+/// No further out of the picture than painters can reckon with.
+double withinReach(double y)
+{
+    constexpr double outside = 30000.0;
+    return std::clamp(y, -outside, outside);
+}
+
 int columnX(const InsetRow& row, int index, int points)
 {
     return row.left + static_cast<int>(qint64(index) * row.width / points);
@@ -40,7 +47,7 @@ QRect columnSpan(const InsetRow& row, const TDoubleVector& beat, int column)
 
 int insetY(const InsetRow& row, double value)
 {
-    return velantor::truncated<int>(row.centre - value * row.pixelsPerCount);
+    return velantor::truncated<int>(withinReach(row.centre - value * row.pixelsPerCount));
 }
 
 void drawFlatBeat(QPainter& painter, const InsetRow& row, const QColor& color)
@@ -74,6 +81,6 @@ void drawBeatThroughPoints(QPainter& painter, const InsetRow& row, const TDouble
     QPolygonF points;
     points.reserve(beat.size());
     for (int i = 0; i < beat.size(); ++i)
-        points.append(QPointF(row.left + i * step, row.centre - beat[i] * row.pixelsPerCount));
+        points.append(QPointF(row.left + i * step, withinReach(row.centre - beat[i] * row.pixelsPerCount)));
     painter.drawPolyline(points);
 }

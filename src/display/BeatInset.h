@@ -17,7 +17,7 @@ struct InsetRow
     int thickness = 1;
 };
 
-/// y of a value in counts.
+/// y of a value in counts, no further out of the picture than painters can reckon with.
 int insetY(const InsetRow& row, double value);
 
 /// A line across the inset, where there is no beat to show.

@@ -129,7 +129,7 @@ void paintCursors(const TCanvas& canvas, const TBeatPicture& picture)
     for (int i = 0; i < static_cast<int>(picture.cursors.size()); ++i) {
         const TBeatCursor& cursor = picture.cursors[i];
         const int x = canvas.scale.xOf(cursor.position);
-        if (!cursor.visible || !canvas.isInside(x))
+        if (!isDrawn(cursor) || !canvas.isInside(x))
             continue;
         const bool active = i == picture.activeCursor;
         canvas.painter.setPen(active ? QColor(Qt::red) : cursor.color);

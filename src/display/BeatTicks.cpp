@@ -102,10 +102,13 @@ void paintTimeRuler(QPainter& painter, const BrowsePage& page, const BrowseView&
     const int labelWidth = painter.fontMetrics().horizontalAdvance(QStringLiteral("00:00"));
     const int step = rulerStep(labelWidth / page.pixelsPerSecond());
     const int baseLine = page.scale.height - page.scale.px(rulerFromBottom);
-    const int first = truncated<int>(std::ceil(page.startTime / step));
-    for (int seconds = first * step; seconds <= page.endTime(); seconds += step) {
+    // Closer ones would only make a grey bar, and a page of years would never be done.
+    if (!(step * page.pixelsPerSecond() >= 1.0))
+        return;
+    const double last = std::min(page.endTime(), view.duration());
+    for (double seconds = std::ceil(page.startTime / step) * step; seconds <= last; seconds += step) {
         const double x = page.xOf(seconds);
         painter.drawLine(truncated<int>(x), baseLine + 1, truncated<int>(x), page.scale.height - 1);
-        drawCentred(painter, x, baseLine, rulerText(seconds));
+        drawCentred(painter, x, baseLine, rulerText(truncated<int>(seconds)));
     }
 }

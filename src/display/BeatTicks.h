@@ -19,8 +19,10 @@ void paintSelectedBeat(QPainter& painter, const BrowsePage& page, const BrowseVi
 /// The beats that get a tick on the page, in their order.
 std::vector<TBeatMark> beatsOnPage(const BrowsePage& page, const BrowseView& view);
 
-/// A tick at the top for each beat and, from 25 mm/s on, the RR interval in ms between neighbours.
+/// A tick at the top for each beat and, from 25 mm/s on, the RR interval in ms between neighbours; none where
+/// the interval of the later beat is not known, 0 or -1.
 void paintBeatTicks(QPainter& painter, const BrowsePage& page, const BrowseView& view);
 
-/// Minutes and seconds along the bottom.
+/// Minutes and seconds along the bottom, as far as the recording goes; none where they would lie closer than
+/// pixels. For a view with a signal.
 void paintTimeRuler(QPainter& painter, const BrowsePage& page, const BrowseView& view);

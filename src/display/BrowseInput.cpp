@@ -117,8 +117,9 @@ void QSignalBrowseDisplay::scroll(BeatMove move)
     case BeatMove::previousPage:
         return m_scrollBar->triggerAction(QScrollBar::SliderPageStepSub);
     case BeatMove::first:
-        return m_scrollBar->triggerAction(QScrollBar::SliderToMinimum);
+        return moveTo(0.0);
     case BeatMove::last:
-        return m_scrollBar->triggerAction(QScrollBar::SliderToMaximum);
+        // The hundredths of the scroll bar may stop short of the end.
+        return moveTo(m_view.signal ? m_view.duration() : m_view.startTime);
     }
 }

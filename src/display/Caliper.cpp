@@ -4,6 +4,7 @@
 #include "analysis/signals/TSignal.h"
 #include "display/BrowseView.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -33,7 +34,14 @@ double valueAt(const BrowseView& view, int index)
     const Caliper& caliper = view.caliper;
     if (caliper.inBeat)
         return view.averageBeat->complex(caliper.channel)[index];
-    return view.signal->sample(caliper.channel, index) - view.channelOffset[caliper.channel];
+    return double(view.signal->sample(caliper.channel, index)) - view.channelOffset[caliper.channel];
+}
+
+/// No further out of the picture than painters can reckon with.
+double heightAt(const TraceRow& row, double counts)
+{
+    constexpr double outside = 30000.0;
+    return std::clamp(row.centre - counts * row.pixelsPerCount, -outside, outside);
 }
 
 double xAt(const BrowseView& view, const BrowsePage& page, int index)
@@ -98,8 +106,8 @@ std::optional<CaliperFigure> caliperFigure(const BrowseView& view, const BrowseP
     const double second = valueAt(view, caliper.to);
     const TSignal& clock = caliper.inBeat ? *view.averageBeat->signal() : *view.signal;
     CaliperFigure figure;
-    figure.from = {xAt(view, page, caliper.from), row->centre - first * row->pixelsPerCount};
-    figure.to = {xAt(view, page, caliper.to), row->centre - second * row->pixelsPerCount};
+    figure.from = {xAt(view, page, caliper.from), heightAt(*row, first)};
+    figure.to = {xAt(view, page, caliper.to), heightAt(*row, second)};
     figure.seconds = std::fabs(double(caliper.to) - caliper.from) / clock.samplingRate();
     figure.millivolts = std::fabs(second - first) * view.signal->countValue();
     return figure;

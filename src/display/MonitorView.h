@@ -31,7 +31,7 @@ struct MonitorView
     bool autoCenter = true;
 
     int visibleCount() const;
-    /// Whether there is room and something for the inset.
+    /// Whether there is something to show in an inset; the room for it is the layout's matter.
     bool hasInset() const { return showAverageBeat && averageBeat && signal; }
     /// Of one count, negative for an inverted lead.
     double pixelsPerCount(const PageScale& scale, bool inverted) const;

@@ -21,7 +21,7 @@ struct PageScale
     static PageScale of(QSize devicePixels, double reportedMm, double ratio);
     static PageScale of(const QPixmap& pixmap, double ratio);
 
-    /// Time across the whole picture; `speed` in mm/s. See `isUsable`.
+    /// Time across the whole picture; `speed` in mm/s. See `isUsablePage`.
     double pageSeconds(double speed) const { return widthMm / speed; }
     /// Height of one count of the signal; `amplitude` in mm/mV.
     double pixelsPerCount(const TSignal& signal, double amplitude) const;

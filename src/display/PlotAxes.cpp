@@ -92,7 +92,8 @@ std::vector<TAxisLabel> xLabels(const TPlotView& view, const TPlotScale& scale, 
         labels.push_back({xLabel(view, ticks.value(i)), scale.xPixel(ticks.value(i))});
         widest = std::max(widest, metrics.horizontalAdvance(labels.back().text));
     }
-    const int stride = labelStride(widest + labelGap + 1, ticks.step * scale.xPixelsPerUnit());
+    const double pixelsPerTick = ticks.step * ticks.stride * scale.xPixelsPerUnit();
+    const double stride = labelStride(widest + labelGap + 1, pixelsPerTick) * ticks.stride;
     std::vector<TAxisLabel> chosen;
     for (int i = 0; i < ticks.count; ++i) {
         if (std::fmod(ticks.index(i), stride) == 0.0)
@@ -145,8 +146,11 @@ void paintTicks(QPainter& painter, const TPlotView& view, const TPlotScale& scal
     const QFontMetrics metrics = painter.fontMetrics();
     const TTicks alongX = xTicks(view, scale, metrics);
     const TTicks alongY = yTicks(view, scale, metrics);
+    painter.save();
+    painter.setClipRect(scale.area());
     paintXGrid(painter, scale, alongX);
     paintYGrid(painter, scale, alongY);
+    painter.restore();
     painter.setPen(QPen(Qt::darkGray));
     if (view.xLabelsVisible)
         paintXLabels(painter, view, xLabels(view, scale, alongX, metrics));

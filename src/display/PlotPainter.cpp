@@ -81,11 +81,11 @@ void paintSeries(QPainter& painter, const TPlotView& view, const TPlotScale& sca
 
 void paintCursor(QPainter& painter, const TPlotView& view, const TPlotScale& scale)
 {
-    if (view.cursorMode == 0 || !scale.isUsable() || !std::isfinite(view.selectedX))
+    const bool inRange = view.selectedX >= view.xMin && view.selectedX <= view.xMax;
+    if (view.cursorMode == 0 || !scale.isUsable() || !inRange)
         return;
-    const int x = scale.xPixel(view.selectedX);
-    if (x < scale.area().left() || x > scale.area().right())
-        return;
+    // The end of the range lies behind the last pixel.
+    const int x = std::min(scale.xPixel(view.selectedX), scale.area().right());
     painter.setPen(QPen(Qt::gray, cursorWidth));
     painter.drawLine(x, scale.area().top(), x, scale.area().bottom());
 }

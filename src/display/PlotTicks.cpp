@@ -12,6 +12,8 @@
 
 namespace {
 
+/// Of a step: a tick at the end of a range is not lost to the last bits of a quotient.
+constexpr double tolerance = 1e-9;
 constexpr std::array<double, 9> clockSteps{1, 5, 10, 30, 60, 300, 600, 1800, 3600};
 
 /// The format comes from a variable, but was looked at before.
@@ -54,6 +56,8 @@ double tickStep(double pixels, double pixelsPerUnit)
     // The logarithm may fall on the wrong side of a power of ten.
     if (std::abs(least) >= std::pow(10.0, exponent + 1.0))
         exponent += 1.0;
+    else if (least != 0.0 && std::abs(least) < std::pow(10.0, exponent))
+        exponent -= 1.0;
     const double power = std::pow(10.0, exponent);
     const double mantissa = least / power;
     if (mantissa <= 2.0)
@@ -77,14 +81,15 @@ double TTicks::value(int tick) const
 
 TTicks ticksWithin(double min, double max, double step, int most)
 {
-    const double first = std::ceil(min / step);
-    const double last = std::floor(max / step);
+    const double first = std::ceil(min / step - tolerance);
+    const double last = std::floor(max / step + tolerance);
     if (!(step > 0.0) || !std::isfinite(first) || !std::isfinite(last) || most < 1 || last < first)
         return {};
-    const double count = last - first + 1.0;
-    if (count > most)
-        return ticksWithin(min, max, step * std::max(2.0, std::ceil(count / most)), most);
-    return {step, first, velantor::truncated<int>(count)};
+    const double stride = std::max(1.0, std::ceil((last - first + 1.0) / most));
+    // Multiples of the stride, so that the same ones stay while the axis is moved.
+    const double firstKept = std::ceil(first / stride);
+    const double count = std::min<double>(std::floor(last / stride) - firstKept + 1.0, most);
+    return {step, firstKept * stride, velantor::truncated<int>(std::max(count, 0.0)), stride};
 }
 
 QString tickLabel(const QString& format, double value)

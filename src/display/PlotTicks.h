@@ -21,12 +21,15 @@ struct TTicks
     double firstIndex = 0.0;
     int count = 0;
 
-    double index(int tick) const { return firstIndex + tick; }
+    /// Every which multiple is kept.
+    double stride = 1.0;
+
+    double index(int tick) const { return firstIndex + tick * stride; }
     double value(int tick) const;
 };
 
-/// The ticks from `min` to `max`. Where they would be more than `most`, only every n-th is kept: the step
-/// grows.
+/// The ticks from `min` to `max`, those at the ends included. Where they would be more than `most`, only
+/// every n-th is kept; the step stays.
 TTicks ticksWithin(double min, double max, double step, int most);
 
 /// A value by a printf format with one conversion of a number ("%g", "%+.1f", "%d mm"); a format with any

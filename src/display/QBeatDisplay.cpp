@@ -5,7 +5,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-QBeatDisplay::QBeatDisplay(QWidget* parent) : QWidget(parent), m_cursors(beatCursors())
+QBeatDisplay::QBeatDisplay(QWidget* parent)
+    : QWidget(parent), m_cursors(beatCursors()), m_shownCursors(m_cursors)
 {
     setMouseTracking(true);
 }
@@ -15,6 +16,8 @@ QBeatDisplay::~QBeatDisplay() = default;
 void QBeatDisplay::setAverageBeat(TAverageBeat* beat)
 {
     m_averageBeat = beat;
+    if (!beat && m_activeCursor >= 0)
+        activate(-1);
     refresh();
 }
 
@@ -37,7 +40,8 @@ double QBeatDisplay::cursorPosition(int index) const
 
 void QBeatDisplay::refresh()
 {
-    redraw();
+    m_shownCursors = m_cursors;
+    m_dirty = true;
     repaint();
 }
 
@@ -56,6 +60,7 @@ void QBeatDisplay::makeFramePixmap()
 
 void QBeatDisplay::redraw()
 {
+    m_dirty = false;
     if (m_framePixmap.isNull())
         return;
     if (!scale().usable()) {
@@ -63,7 +68,7 @@ void QBeatDisplay::redraw()
         return;
     }
     QPainter painter(&m_framePixmap);
-    paintBeat(painter, scale(), {m_averageBeat, m_channel, m_cursors, m_activeCursor});
+    paintBeat(painter, scale(), {m_averageBeat, m_channel, m_shownCursors, m_activeCursor});
 }
 
 void QBeatDisplay::paintEvent(QPaintEvent*)
@@ -71,8 +76,10 @@ void QBeatDisplay::paintEvent(QPaintEvent*)
     // The window may have come to a screen of another density.
     if (!m_framePixmap.isNull() && m_framePixmap.devicePixelRatio() != devicePixelRatioF()) {
         makeFramePixmap();
-        redraw();
+        m_dirty = true;
     }
+    if (m_dirty)
+        redraw();
     QPainter(this).drawPixmap(0, 0, m_framePixmap);
 }
 
@@ -97,9 +104,14 @@ void QBeatDisplay::hover(int x)
     const int found = cursorAt(m_cursors, scale(), x);
     if (found == m_activeCursor)
         return;
-    m_activeCursor = found;
-    setCursor(found >= 0 ? Qt::SplitHCursor : Qt::ArrowCursor);
+    activate(found);
     refresh();
+}
+
+void QBeatDisplay::activate(int cursor)
+{
+    m_activeCursor = cursor;
+    setCursor(cursor >= 0 ? Qt::SplitHCursor : Qt::ArrowCursor);
 }
 
 void QBeatDisplay::drag(int x)

@@ -18,7 +18,7 @@ public:
     explicit QBeatDisplay(QWidget* parent = nullptr);
     ~QBeatDisplay() override;
 
-    /// Borrowed, may be null; outlives the widget or is taken away.
+    /// Borrowed, may be null; outlives the widget or is taken away. Without a beat no cursor is caught.
     void setAverageBeat(TAverageBeat* beat);
     TAverageBeat* averageBeat() const { return m_averageBeat; }
     /// The lead; one that the beat has not shows a flat line.
@@ -33,6 +33,7 @@ public:
     /// The cursor that a drag would move, -1 for none.
     int activeCursor() const { return m_activeCursor; }
 
+    /// Shows the present state at once, or, while the widget is hidden, with its next showing.
     void refresh();
 
     QSize sizeHint() const override { return {640, 400}; }
@@ -51,11 +52,16 @@ private:
     void makeFramePixmap();
     void redraw();
     void hover(int x);
+    void activate(int cursor);
     void drag(int x);
 
     TAverageBeat* m_averageBeat = nullptr;
     int m_channel = 0;
     QPixmap m_framePixmap;
+    /// The frame does not show the present state.
+    bool m_dirty = true;
     TBeatCursors m_cursors;
+    /// As they were at the last `refresh`.
+    TBeatCursors m_shownCursors;
     int m_activeCursor = -1;
 };

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 QPlotGraphic::QPlotGraphic(QWidget* parent) : QWidget(parent)
 {
@@ -67,7 +68,7 @@ void QPlotGraphic::setHighlight(int index, double from, double to, const QColor&
 
 void QPlotGraphic::setSelectedX(double x)
 {
-    if (!(m_view.xMin < m_view.xMax))
+    if (!std::isfinite(x) || !(m_view.xMin < m_view.xMax))
         return;
     if (m_view.cursorMode != 0)
         m_view.selectedX = x;
@@ -208,7 +209,8 @@ void QPlotGraphic::drawFrame()
 
 bool QPlotGraphic::valueAt(int pixel, double& x) const
 {
-    const TPlotScale scale = m_view.scale();
+    // What is selected has no height: an empty y range is no hindrance.
+    const TPlotScale scale(m_view.areas.plot, m_view.xRange(), TPlotRange(), 0);
     if (scale.isUsable())
         x = scale.xValue(pixel);
     return scale.isUsable();

@@ -29,7 +29,8 @@ public:
     void setTraceColor(const QColor& color);
     /// There is one span, index 0; others are ignored. Ends that are no numbers clear it.
     void setHighlight(int index, double from, double to, const QColor& color);
-    /// Selects the point nearest to x, or x itself, by the cursor mode. Nothing while the x range is empty.
+    /// Selects the point nearest to x, or x itself, by the cursor mode. Nothing while the x range is empty,
+    /// nor for an x that is not finite.
     void setSelectedX(double x);
     void replot();
     /// With the next paint event.
@@ -83,7 +84,7 @@ private:
     void layOut();
     void redraw();
     void drawFrame();
-    /// The value under a pixel column; false if the plot has no scale.
+    /// The value under a pixel column; false if the plot has no scale along x.
     bool valueAt(int pixel, double& x) const;
     void selectIndex(int index);
     void selectAtPixel(int pixel);

@@ -150,6 +150,8 @@ void QSignalBrowseDisplay::makeFrame()
     const int barHeight = m_scrollBar->sizeHint().height();
     m_scrollBar->setGeometry(0, height() - barHeight, width(), barHeight);
     const qreal ratio = devicePixelRatioF();
+    if (m_framePixmap.devicePixelRatio() != ratio)
+        m_gridPixmap = QPixmap();
     m_framePixmap = QPixmap(qCeil(width() * ratio), qMax(0, qCeil((height() - barHeight) * ratio)));
     m_framePixmap.setDevicePixelRatio(ratio);
     m_framePixmap.fill(color(BackgroundColor));
@@ -224,6 +226,9 @@ void QSignalBrowseDisplay::scrolled(int hundredths)
 /// The scroll bar only follows: taken from its hundredths, the view would creep away from where it is moved.
 void QSignalBrowseDisplay::moveTo(double seconds)
 {
+    // Without a signal nothing else keeps the start to what can be shown.
+    if (!m_view.signal && !(qIsFinite(seconds) && seconds >= 0.0))
+        return;
     const double start = m_view.signal ? clampedStart(seconds, m_view.duration(), pageSeconds()) : seconds;
     const bool moved = start != m_view.startTime;
     m_view.startTime = start;

@@ -120,7 +120,8 @@ void QSignalMonitorDisplay::turnSpinner()
 
 void QSignalMonitorDisplay::paintEvent(QPaintEvent*)
 {
-    if (m_stale)
+    // The window may have come to a screen of another density.
+    if (m_stale || m_framePixmap.devicePixelRatio() != devicePixelRatioF())
         redraw();
     if (!m_framePixmap.isNull())
         QPainter(this).drawPixmap(0, 0, m_framePixmap);

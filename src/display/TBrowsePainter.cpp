@@ -11,6 +11,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr double saturationWidth = 2.0;
@@ -18,6 +21,12 @@ constexpr double saturationWidth = 2.0;
 QPen penOf(const BrowsePage& page, const BrowseView& view, int tag)
 {
     return QPen(view.colors.value(tag), page.scale.penWidth(1.0));
+}
+
+/// Heights mean something.
+bool isMeasurable(const BrowsePage& page, const BrowseView& view)
+{
+    return std::isfinite(page.scale.pixelsPerCount(*view.signal, view.amplitude));
 }
 
 void paintSeparator(QPainter& painter, const BrowsePage& page, const BrowseView& view)
@@ -61,15 +70,17 @@ void TBrowsePainter::paint(QPainter& painter, const BrowsePage& page, const Brow
     if (anyLead)
         m_labels.paint(painter, page.scale, *view.signal, view.rows, view.colors.value(LabelColor));
     paintSelectedBeat(painter, page, view);
-    if (anyLead) {
+    const bool measurable = anyLead && isMeasurable(page, view);
+    if (anyLead)
         paintSeparator(painter, page, view);
+    if (measurable) {
         paintTraces(painter, page, view);
         paintInset(painter, page, view);
     }
     if (view.signal)
         paintTimeRuler(painter, page, view);
     paintBeatTicks(painter, page, view);
-    if (view.mouseMode == CaliperMode)
+    if (measurable && view.mouseMode == CaliperMode)
         paintCaliper(painter, page, view);
 }
 
@@ -107,7 +118,8 @@ void TBrowsePainter::paintPerSample(QPainter& painter, const BrowsePage& page, c
                                     int pageSamples)
 {
     const int first = view.firstSample();
-    const int end = view.endSample(page);
+    // The line to the sample behind the page fills the last pixels.
+    const int end = std::min(view.endSample(page), view.signal->sampleCount() - 1) + 1;
     const double step = double(page.layout.traceWidth) / pageSamples;
     painter.setPen(tracePen(view.colors.value(TraceColor), page.scale.penWidth(1.0)));
     view.rows.forEach(view.signal->channelCount(), [&](int row, int channel, bool inverted) {

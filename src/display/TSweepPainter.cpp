@@ -134,6 +134,7 @@ void TSweepPainter::paintPerSample(QPainter& painter, const TPage& page)
         draw(sweep.pageStart, end, sweep.pageStart);
         // From a page before the last sample on: the old trace stands to the right.
         if (!sweep.firstPage)
-            draw(std::max(end - 1 - sweep.pageSamples, 0), sweep.pageStart + 1, previousPage);
+            draw(std::max(end - 1 - sweep.pageSamples, 0),
+                 std::min(sweep.pageStart + 1, page.signal().sampleCount()), previousPage);
     });
 }

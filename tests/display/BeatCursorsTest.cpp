@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <limits>
+
 namespace {
 
 constexpr TBeatScale scale{800, 400, 1.0};
@@ -68,6 +70,9 @@ private Q_SLOTS:
     void cursorsInTheWrongOrderGiveNoMeasurement();
     void hiddenCursorGivesNoMeasurement();
     void unplacedCursorsGiveNoMeasurement();
+    void unsetCursorsGiveNoMeasurement_data();
+    void unsetCursorsGiveNoMeasurement();
+    void cursorBeforeTheBeatIsNeitherDrawnNorCaught();
     void rowsHoldNoOverlappingLines();
     void timesAreRoundedToWholeMs();
     void rrIsToldIfKnown();
@@ -256,6 +261,37 @@ void BeatCursorsTest::levelsOfPositionsBeyondTheBeatStayWithin()
 {
     const auto levels = beatLevels(placed(7.0, 8.0, 1e300, 0.8), complexWithWaves(), 500, 0.01);
     QCOMPARE(texts(levels), QStringList({QStringLiteral("0.00 mV")}));
+}
+
+void BeatCursorsTest::unsetCursorsGiveNoMeasurement()
+{
+    QFETCH(double, unset);
+    // An unset P on would give a PR from the left edge.
+    QCOMPARE(texts(placed(unset, 0.41, 0.5, 0.81)),
+             QStringList({QStringLiteral("QRS\n90"), QStringLiteral("QT 400")}));
+    QVERIFY(texts(placed(0.25, unset, 0.5, 0.81)).isEmpty());
+    QCOMPARE(texts(placed(0.25, 0.41, 0.5, unset)),
+             QStringList({QStringLiteral("PR\n160"), QStringLiteral("QRS\n90")}));
+}
+
+void BeatCursorsTest::unsetCursorsGiveNoMeasurement_data()
+{
+    QTest::addColumn<double>("unset");
+    QTest::newRow("at the left edge") << 0.0;
+    QTest::newRow("before the beat") << -0.1;
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN();
+}
+
+void BeatCursorsTest::cursorBeforeTheBeatIsNeitherDrawnNorCaught()
+{
+    // Truncated, its place would be the first pixel.
+    const TBeatCursors cursors = placed(-0.001, 0.41, 0.5, 0.81);
+    QVERIFY(!isDrawn(cursors[pOnCursor]));
+    QCOMPARE(cursorAt(cursors, scale, 0), -1);
+    const TBeatCursors atEdge = placed(0.0, 0.41, 0.5, 0.81);
+    QVERIFY(isDrawn(atEdge[pOnCursor]));
+    QCOMPARE(cursorAt(atEdge, scale, 0), int(pOnCursor));
+    QVERIFY(!isDrawn(atEdge[pOffCursor]));
 }
 
 QTEST_MAIN(BeatCursorsTest)

@@ -1,5 +1,6 @@
 #include "display/BeatPainter.h"
 #include "display/DisplaySignal.h"
+#include "display/PaintCounter.h"
 #include "display/QBeatDisplay.h"
 
 #include <QPainter>
@@ -67,6 +68,7 @@ private Q_SLOTS:
     void picturesAreMadeInDevicePixels();
     void withoutBeatNothingIsDrawn();
     void beatTakenAwayLeavesNothing();
+    void beatTakenAwayLetsTheCursorGo();
     void withoutSizeNothingIsDrawn();
     void unknownLeadShowsAFlatLine();
     void leadIsDrawnAtOnce();
@@ -82,6 +84,7 @@ private Q_SLOTS:
     void pressAndReleaseDoNothing();
     void hoverWithoutBeatCatchesNothing();
     void positionAloneChangesNoPicture();
+    void hiddenDisplayShowsWhatWasRefreshedWhenItAppears();
     void positionOfNoCursorIsIgnored();
     void resizeKeepsTheCursorsInPlace();
     void measurementsShowOnThePicture();
@@ -97,7 +100,7 @@ private:
 
 void BeatDisplayTest::init()
 {
-    m_signal = display_signal::steadySignal(12);
+    m_signal = display_signal::steadySignal(12, 3, {1.0, 0.2});
     m_beat = display_signal::averageOf(m_signal.get());
     m_display = std::make_unique<QBeatDisplay>();
     m_display->resize(800, 400);
@@ -166,9 +169,15 @@ void BeatDisplayTest::unknownLeadShowsAFlatLine()
 
 void BeatDisplayTest::leadIsDrawnAtOnce()
 {
-    const QImage before = picture();
+    const double ratio = m_display->devicePixelRatioF();
+    QVERIFY(countAroundR(picture(), ratio) > 0);
+    const TPaintCounter counter(*m_display);
     m_display->setChannel(1);
-    QVERIFY(picture() != before);
+    QCOMPARE(counter.paints, 1);
+    // The R of this lead stays below.
+    QCOMPARE(countAroundR(picture(), ratio), 0);
+    m_display->setChannel(2);
+    QVERIFY(countAroundR(picture(), ratio) > 0);
 }
 
 void BeatDisplayTest::cursorIsDrawnOverTheMiddleThird()
@@ -337,6 +346,40 @@ void BeatDisplayTest::gridIsAnchoredInTheMiddle()
     for (const int x : {400, int(400.5 - scale.pixelsPerCm() / 2), int(400.5 + scale.pixelsPerCm() / 2)})
         QVERIFY(image.pixelColor(x, 58).lightness() < 200);
     QVERIFY(image.pixelColor(416, 58).lightness() > 240);
+}
+
+void BeatDisplayTest::beatTakenAwayLetsTheCursorGo()
+{
+    moveTo(*m_display, xOf(*m_display, pOnCursor));
+    QCOMPARE(m_display->activeCursor(), int(pOnCursor));
+    m_display->setAverageBeat(nullptr);
+    QCOMPARE(m_display->activeCursor(), -1);
+    QCOMPARE(m_display->cursor().shape(), Qt::ArrowCursor);
+    QSignalSpy changed(m_display.get(), &QBeatDisplay::cursorChanged);
+    m_display->setAverageBeat(m_beat.get());
+    moveTo(*m_display, 400, Qt::LeftButton);
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(m_display->cursorPosition(pOnCursor), 0.24);
+}
+
+void BeatDisplayTest::hiddenDisplayShowsWhatWasRefreshedWhenItAppears()
+{
+    const QImage before = picture();
+    m_display->hide();
+    m_display->setCursorPosition(tOffCursor, 0.7);
+    m_display->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_display.get()));
+    QCOMPARE(picture(), before);
+    m_display->hide();
+    m_display->refresh();
+    // Between a refresh and the picture, too, positions wait for the next refresh.
+    m_display->setCursorPosition(tOffCursor, 0.83);
+    m_display->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_display.get()));
+    const QImage refreshed = picture();
+    QVERIFY(refreshed != before);
+    m_display->refresh();
+    QCOMPARE(picture(), before);
 }
 
 QTEST_MAIN(BeatDisplayTest)

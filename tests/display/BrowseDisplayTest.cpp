@@ -1,6 +1,10 @@
 #include "display/BrowseFixture.h"
+#include "display/ColorTags.h"
 
 #include <QtTest>
+
+#include <cmath>
+#include <limits>
 
 class BrowseDisplayTest : public QObject
 {
@@ -12,6 +16,9 @@ private Q_SLOTS:
     void unchangedLeadsCostNone();
     void hiddenDisplayDrawsNothing();
     void pointersMayBeNull();
+    void extremeSpeedsEnd();
+    void amplitudesThatAreNoNumbersDrawNoTrace();
+    void tinyWidgetsEnd();
 
     // Scroll bar
     void scrollBarFollowsSignalSpeedAndSize();
@@ -19,6 +26,7 @@ private Q_SLOTS:
     void scrollBarMovesTheView();
     void viewMovesTheScrollBar();
     void startStaysWithinTheRecording();
+    void withoutSignalImpossibleStartsAreRefused();
     void shorterSignalBringsTheViewBack();
     void insetTakesItsTimeFromThePage();
 
@@ -201,6 +209,100 @@ void BrowseDisplayTest::timeAndLeadOfAPlace()
     QCOMPARE(browse.display.channelAt(height / 2 + 2), 2);
     QCOMPARE(browse.display.channelAt(-1), 0);
     QCOMPARE(browse.display.channelAt(height + 2), 0);
+}
+
+void BrowseDisplayTest::extremeSpeedsEnd()
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    BrowseFixture browse;
+    browse.display.setSelectedBeat(3);
+    for (const double speed : {1e-300, 1e-9, 1e-3, 0.1, 0.0, -25.0, 1e5, 1e300, infinity, notANumber}) {
+        for (const bool inset : {false, true}) {
+            PictureCounter counter;
+            browse.display.setShowAverageBeat(inset);
+            browse.display.setSaturationSource(&counter);
+            browse.display.setSpeed(speed);
+            browse.picture();
+            browse.display.setSaturationSource(nullptr);
+            QVERIFY(std::isfinite(browse.display.pageSeconds()) && browse.display.pageSeconds() >= 0.0);
+            QVERIFY(browse.display.startTime() >= 0.0 && browse.display.startTime() <= 60.0);
+        }
+    }
+    browse.display.setShowAverageBeat(false);
+    browse.display.setSpeed(25.0);
+    BrowseFixture untouched;
+    untouched.display.setSelectedBeat(3);
+    QCOMPARE(browse.picture(), untouched.picture());
+}
+
+void BrowseDisplayTest::amplitudesThatAreNoNumbersDrawNoTrace()
+{
+    BrowseFixture browse;
+    browse.display.setColor(TraceColor, Qt::red);
+    browse.display.setColor(AverageBeatColor, Qt::red);
+    browse.display.setShowAverageBeat(true);
+    browse.display.setMouseMode(CaliperMode);
+    QTest::mouseMove(&browse.display, QPoint(300, 100));
+    const auto countRed = [&browse](int fromX) {
+        const QImage image = browse.picture();
+        int found = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = int(fromX * image.devicePixelRatio()); x < image.width(); ++x)
+                found += image.pixelColor(x, y) == QColor(Qt::red);
+        }
+        return found;
+    };
+    const int behindSeparator = browse.xOf(browse.display.startTime()) + 3;
+    const int drawn = countRed(behindSeparator);
+    QVERIFY(drawn > 0);
+    for (const double amplitude :
+         {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+          std::numeric_limits<double>::quiet_NaN()}) {
+        browse.display.setAmplitude(amplitude);
+        QCOMPARE(countRed(behindSeparator), 0);
+    }
+    // Finite ones are drawn, however far they reach.
+    for (const double amplitude : {1e9, 1e300, -1e300}) {
+        browse.display.setAmplitude(amplitude);
+        QVERIFY(countRed(behindSeparator) > 0);
+    }
+    browse.display.setAmplitude(10.0);
+    QCOMPARE(countRed(behindSeparator), drawn);
+}
+
+void BrowseDisplayTest::tinyWidgetsEnd()
+{
+    BrowseFixture browse;
+    browse.display.setShowAverageBeat(true);
+    browse.display.setSelectedBeat(3);
+    const QImage before = browse.picture();
+    for (const double speed : {25.0, 1e-9}) {
+        browse.display.setSpeed(speed);
+        for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(2, 400), QSize(400, 1), QSize(7, 25)}) {
+            browse.display.resize(size);
+            browse.display.grab();
+            QCOMPARE(browse.display.size(), size);
+        }
+    }
+    browse.display.setSpeed(25.0);
+    browse.display.resize(900, 400);
+    browse.display.grab();
+    browse.display.setStartTime(0.0);
+    QCOMPARE(browse.picture(), before);
+}
+
+void BrowseDisplayTest::withoutSignalImpossibleStartsAreRefused()
+{
+    QSignalBrowseDisplay display;
+    display.setStartTime(12.5);
+    QSignalSpy moved(&display, &QSignalBrowseDisplay::startTimeChanged);
+    for (const double start :
+         {-0.1, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+        display.setStartTime(start);
+        QCOMPARE(display.startTime(), 12.5);
+    }
+    QCOMPARE(moved.count(), 0);
 }
 
 QTEST_MAIN(BrowseDisplayTest)

@@ -301,8 +301,13 @@ void BrowseInputTest::withoutSelectionKeysWorkTheScrollBar()
     QCOMPARE(bar.value(), 0);
     QTest::keyClick(&browse.display, Qt::Key_End);
     QCOMPARE(bar.value(), bar.maximum());
+    // The exact end, not that of the hundredths.
+    QCOMPARE(browse.display.startTime(), 60.0 - browse.display.pageSeconds());
     QTest::keyClick(&browse.display, Qt::Key_Home);
     QCOMPARE(bar.value(), 0);
+    browse.display.setStartTime(0.004);
+    QTest::keyClick(&browse.display, Qt::Key_Home);
+    QCOMPARE(browse.display.startTime(), 0.0);
     QCOMPARE(selected.count(), 0);
 }
 

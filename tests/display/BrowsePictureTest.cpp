@@ -33,6 +33,31 @@ bool isNear(double a, double b)
     return std::fabs(a - b) <= 1.5;
 }
 
+/// Bounds of what two pictures have not in common, in widget coordinates.
+QRectF differenceOf(const QImage& a, const QImage& b)
+{
+    const double ratio = a.devicePixelRatio();
+    QRect found;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            if (a.pixel(x, y) != b.pixel(x, y))
+                found |= QRect(x, y, 1, 1);
+        }
+    }
+    return QRectF(QPointF(found.topLeft()) / ratio, QSizeF(found.size()) / ratio);
+}
+
+/// The first lead is saturated from 22 s to 23 s.
+struct TStretch : TSaturationSource
+{
+    bool findStretch(int channel, int from, int to, int* first, int* last) override
+    {
+        *first = 22 * display_signal::rate;
+        *last = 23 * display_signal::rate;
+        return channel == 0 && from <= *first && *last <= to;
+    }
+};
+
 const QColor red(255, 0, 0);
 const QColor green(0, 255, 0);
 
@@ -47,11 +72,13 @@ private Q_SLOTS:
     void traceIsCentredInItsRow();
     void traceEndsWithTheRecording();
     void fewSamplesAreDrawnOneByOne();
+    void fewSamplesReachTheEndOfThePage();
     void invertedLeadIsDrawnUpsideDown();
     void saturatedStretchesAreColoured();
     void beatTicksStandAtTheTop();
     void intervalsAreGoneAtHalfSpeed();
     void firstBeatOfThePageHasNoInterval();
+    void unknownIntervalsAreLeftOut();
     void rejectedBeatsHaveNoTick();
     void selectedBeatHasItsBand();
     void bandOfARejectedBeatIsNotDrawn();
@@ -59,6 +86,7 @@ private Q_SLOTS:
     void insetShowsTheAverageAndTheReference();
     void insetWithoutBeatsShowsALine();
     void timeRulerStandsAtTheBottom();
+    void timeRulerEndsWithTheRecording();
     void caliperDrawsItsTriangleWhileItIsDragged();
     void caliperInTheInsetIsDrawnThere();
     void nullSignalLeavesTheGrid();
@@ -147,15 +175,7 @@ void BrowsePictureTest::invertedLeadIsDrawnUpsideDown()
 
 void BrowsePictureTest::saturatedStretchesAreColoured()
 {
-    struct TStretch : TSaturationSource
-    {
-        bool findStretch(int channel, int from, int to, int* first, int* last) override
-        {
-            *first = 22 * display_signal::rate;
-            *last = 23 * display_signal::rate;
-            return channel == 0 && from <= *first && *last <= to;
-        }
-    } stretch;
+    TStretch stretch;
     BrowseFixture browse;
     browse.display.setStartTime(20.0);
     browse.display.setColor(0, green);
@@ -211,7 +231,7 @@ void BrowsePictureTest::firstBeatOfThePageHasNoInterval()
 {
     BrowseFixture browse;
     browse.display.setColor(7, red);
-    browse.display.setStartTime(20.4);
+    browse.display.setStartTime(20.1);
     const QImage image = browse.picture();
     QVERIFY(boundsOf(image, red, QRectF(0, 0, browse.xOf(20.45), 30)).isNull());
     QVERIFY(!boundsOf(image, red, QRectF(browse.xOf(20.6), 0, 60, 30)).isNull());
@@ -333,10 +353,29 @@ void BrowsePictureTest::caliperDrawsItsTriangleWhileItIsDragged()
     QVERIFY(!boundsOf(browse.picture(), red).isNull());
     moveTo(23.2, Qt::LeftButton);
     moveTo(23.5, Qt::LeftButton);
-    const QRectF triangle = boundsOf(browse.picture(), red);
-    QVERIFY(triangle.left() < browse.xOf(23.25));
-    QVERIFY(triangle.right() >= browse.xOf(23.5));
+    const QImage dragged = browse.picture();
     save(browse);
+    moveTo(23.5, Qt::NoButton);
+    // Released, the caliper keeps its texts; what goes is the triangle with the circles at its ends.
+    const QImage released = browse.picture();
+    QVERIFY(!boundsOf(released, red).isNull());
+    const QRectF triangle = differenceOf(dragged, released);
+    QVERIFY(std::fabs(triangle.left() - (browse.xOf(23.2) - 4)) <= 2);
+    QVERIFY(std::fabs(triangle.right() - (browse.xOf(23.5) + 4)) <= 2);
+    QVERIFY(triangle.height() > 40 && triangle.height() < 60);
+    const QColor fill(255, 127, 127);
+    const auto filled = [&](const QImage& image) {
+        const double ratio = image.devicePixelRatio();
+        int found = 0;
+        for (int y = int(triangle.top() * ratio); y < int(triangle.bottom() * ratio); ++y) {
+            for (int x = int(triangle.left() * ratio); x < int(triangle.right() * ratio); ++x)
+                found += image.pixelColor(x, y) == fill;
+        }
+        return found / ratio / ratio;
+    };
+    // Half of the rectangle, without what lies under grid, trace and texts.
+    QVERIFY(filled(dragged) > 150);
+    QCOMPARE(filled(released), 0.0);
     browse.display.setMouseMode(NoMouseMode);
     QVERIFY(boundsOf(browse.picture(), red).isNull());
 }
@@ -383,11 +422,16 @@ void BrowsePictureTest::nullSignalLeavesTheGrid()
 void BrowsePictureTest::colorsOfTheSchemeAreTaken()
 {
     BrowseFixture browse;
-    browse.picture();
+    const QRectF paper(0, 0, 900, 400.0 - browse.bar().height() - 1);
+    QVERIFY(!boundsOf(browse.picture(), Qt::white, paper).isNull());
+    QVERIFY(boundsOf(browse.picture(), green, paper).isNull());
+    browse.display.setColor(0, green);
     browse.display.setColor(1, Qt::black);
-    QVERIFY(browse.picture().pixelColor(3, 3) != QColor(Qt::white));
+    browse.display.setColor(2, Qt::black);
     QCOMPARE(browse.display.color(1), QColor(Qt::black));
-    QVERIFY(!boundsOf(browse.picture(), Qt::black).isNull());
+    const QImage image = browse.picture();
+    QVERIFY(boundsOf(image, Qt::white, paper).isNull());
+    QVERIFY(!boundsOf(image, green, paper).isNull());
 }
 
 void BrowsePictureTest::saturationShinesThrough()
@@ -398,6 +442,67 @@ void BrowsePictureTest::saturationShinesThrough()
     QCOMPARE(browse.display.color(3), QColor(Qt::gray));
     QCOMPARE(browse.display.color(5), QColor(Qt::darkGreen));
     QCOMPARE(browse.display.color(10), QColor(128, 128, 128, 128));
+    TStretch stretch;
+    browse.display.setStartTime(20.0);
+    browse.display.setSaturationSource(&stretch);
+    const QImage image = browse.picture();
+    browse.display.setSaturationSource(nullptr);
+    int mixed = 0;
+    for (int y = 0; y < int(100 * image.devicePixelRatio()); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            QVERIFY(pixel != red);
+            mixed += pixel.red() > 200 && pixel.green() < 140 && pixel.green() == pixel.blue();
+        }
+    }
+    QVERIFY2(mixed > 50, qPrintable(QString::number(mixed)));
+}
+
+void BrowsePictureTest::fewSamplesReachTheEndOfThePage()
+{
+    BrowseFixture browse;
+    browse.display.setColor(0, red);
+    browse.display.setSpeed(10000.0);
+    QVERIFY(browse.display.pageSeconds() * display_signal::rate < 20);
+    browse.display.setStartTime(20.4);
+    const double height = (400.0 - browse.bar().height()) / 3;
+    const QRectF trace = boundsOf(browse.picture(), red, QRectF(0, 0, 900, height));
+    QVERIFY(isNear(trace.left(), 0));
+    QVERIFY(isNear(trace.right(), 900));
+}
+
+void BrowsePictureTest::unknownIntervalsAreLeftOut()
+{
+    BrowseFixture browse;
+    TBeatRing ring(3);
+    const double intervals[] = {0.0, 1.0, 0.0, -1.0, 1.0};
+    for (int i = 0; i < 5; ++i)
+        ring.add(display_signal::beatAt(0.5 + i, intervals[i], browse.signal.get()));
+    TStoredBeats beats(&ring);
+    browse.display.setBeatSource(&beats);
+    browse.display.setColor(7, red);
+    const QImage image = browse.picture();
+    for (int i = 1; i < 5; ++i) {
+        const int from = browse.xOf(i - 0.3);
+        const QRectF between(from, 0, browse.xOf(i + 0.3) - from, 30);
+        QCOMPARE(boundsOf(image, red, between).isNull(), intervals[i] <= 0.0);
+        QVERIFY(!boundsOf(image, red, QRectF(browse.xOf(i + 0.5) - 3, 0, 7, 12)).isNull());
+    }
+    browse.display.setBeatSource(nullptr);
+}
+
+void BrowsePictureTest::timeRulerEndsWithTheRecording()
+{
+    BrowseFixture browse(4);
+    browse.display.setColor(3, red);
+    const double bottom = 400.0 - browse.bar().height();
+    const QImage image = browse.picture();
+    const auto labelAt = [&](double time) {
+        return boundsOf(image, red, QRectF(browse.xOf(time) - 20, bottom - 25, 40, 25));
+    };
+    QVERIFY(!labelAt(4.0).isNull());
+    QVERIFY(labelAt(5.0).isNull());
+    QVERIFY(labelAt(6.0).isNull());
 }
 
 QTEST_MAIN(BrowsePictureTest)

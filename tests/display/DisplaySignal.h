@@ -26,17 +26,22 @@ inline double beatCounts(double t)
 }
 
 /// `seconds` of `channels` leads named "L0", "L1" and so on, each a steady 60 beats per minute with R at
-/// 0.5 s, 1.5 s and so on, lying 100 counts times its number off the zero line.
-inline std::unique_ptr<TInt16Signal> steadySignal(int seconds, int channels = 3)
+/// 0.5 s, 1.5 s and so on, lying 100 counts times its number off the zero line. `gains` of the first leads;
+/// the others are 1.
+inline std::unique_ptr<TInt16Signal> steadySignal(int seconds, int channels = 3,
+                                                  const std::vector<double>& gains = {})
 {
     const int samples = seconds * rate;
     auto signal = std::make_unique<TInt16Signal>(4096, std::max(samples, 1), channels, rate);
     signal->setRange(-327.68, 327.68);
+    const auto gainOf = [&gains](int channel) {
+        return channel < int(gains.size()) ? gains[std::size_t(channel)] : 1.0;
+    };
     std::vector<short> frames;
     for (int i = 0; i < samples; ++i) {
         const double t = std::fmod(double(i) / rate, 1.0) - 0.5;
         for (int channel = 0; channel < channels; ++channel)
-            frames.push_back(short(std::lround(beatCounts(t)) + 100 * channel));
+            frames.push_back(short(std::lround(gainOf(channel) * beatCounts(t)) + 100 * channel));
     }
     for (int channel = 0; channel < channels; ++channel)
         signal->channel(channel)->setName("L" + QByteArray::number(channel));

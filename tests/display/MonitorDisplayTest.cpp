@@ -1,6 +1,7 @@
 #include "analysis/beats/TAverageBeat.h"
 #include "display/ColorSchemes.h"
 #include "display/MonitorPicture.h"
+#include "display/TFiducialSource.h"
 #include "display/TSignalSaturation.h"
 
 #include <QtTest>
@@ -238,6 +239,20 @@ private Q_SLOTS:
         monitor.display.setSaturationSource(&saturation);
         monitor.add(2000, 32767);
         monitor.add(1000, -32768);
+        TBeat single(&monitor.signal);
+        single.setFiducial(0, TBeat::rPosition, 4.0);
+        beat.complexFromBeat(single);
+        beat.keepReference();
+        QVERIFY(beat.count() > 0);
+        struct TEdges : TFiducialSource
+        {
+            bool fiducials(int, TFiducials* found) override
+            {
+                *found = {{0, 100, 499}, 1e300};
+                return true;
+            }
+        } edges;
+        monitor.display.setFiducialSource(&edges);
         int pictures = 0;
         for (const double speed : {1e-9, 0.1, 160.0, 1e9, 1e300}) {
             for (const double amplitude : {-10.0, 0.0, 1e9, 1e300}) {
@@ -248,6 +263,7 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(pictures, 20);
+        monitor.display.setFiducialSource(nullptr);
     }
 
     void tinyWidgetsEnd()

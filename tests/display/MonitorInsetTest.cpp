@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <limits>
 
 /// The average beat at the left of the live display.
 class MonitorInsetTest : public QObject
@@ -348,6 +349,17 @@ private Q_SLOTS:
         QCOMPARE(countColor(image, QRect(50, 5, 1, 41), Qt::green), 41);
         QCOMPARE(countColor(image, QRect(49, 0, 1, 50), Qt::green), 1);
         QCOMPARE(countColor(image, image.rect(), Qt::green), 99 + 41);
+    }
+
+    void heightsStayWithinReachOfThePainter()
+    {
+        const double infinity = std::numeric_limits<double>::infinity();
+        const InsetRow row{0, 10, 25.0, 1.0, 1};
+        QCOMPARE(insetY(row, 5.0), 20);
+        for (const double value : {1e9, 1e300, infinity})
+            QCOMPARE(insetY(row, value), -30000);
+        for (const double value : {-1e9, -1e300, -infinity})
+            QCOMPARE(insetY(row, value), 30000);
     }
 
     void emptyBeatIsNothing()

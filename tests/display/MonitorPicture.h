@@ -3,6 +3,7 @@
 #include "analysis/signals/TInt16Signal.h"
 #include "display/ColorTags.h"
 #include "display/PageLayout.h"
+#include "display/PaintCounter.h"
 #include "display/QSignalMonitorDisplay.h"
 
 #include <QImage>
@@ -92,18 +93,3 @@ inline int countOther(const QImage& image, const QRect& area, const QColor& colo
     const QRect inside = area.intersected(image.rect());
     return inside.width() * inside.height() - countColor(image, inside, color);
 }
-
-/// How often a widget paints.
-class TPaintCounter : public QObject
-{
-public:
-    explicit TPaintCounter(QWidget& widget) { widget.installEventFilter(this); }
-    int paints = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        paints += event->type() == QEvent::Paint;
-        return false;
-    }
-};

@@ -314,6 +314,26 @@ private Q_SLOTS:
         monitor.display.setSaturationSource(nullptr);
     }
 
+    /// A page that has just begun has no sample yet; a line to it would fall to zero.
+    void oneByOneNothingIsDrawnBehindTheLastSample()
+    {
+        MonitorPicture monitor(1, 20);
+        monitor.show();
+        const auto begins = [&monitor] {
+            const auto sweep = sweepPosition(monitor.signal, monitor.layout);
+            return sweep.page > 0 && sweep.pageStart == monitor.signal.sampleCount();
+        };
+        monitor.add(pageSamples(monitor) - 2, 1000);
+        for (int i = 0; i < 400 && !begins(); ++i)
+            monitor.add(1, 1000);
+        QVERIFY(begins());
+        monitor.display.refresh();
+        const QImage image = monitor.take();
+        const int under = monitor.y(800);
+        QVERIFY(countColor(image, QRect(0, 0, image.width(), under), Qt::black) > 0);
+        QCOMPARE(countColor(image, QRect(0, under, image.width(), image.height()), Qt::black), 0);
+    }
+
     void oneByOneTheOldPageStandsToTheRightWithoutAGap()
     {
         MonitorPicture monitor(1, 20);

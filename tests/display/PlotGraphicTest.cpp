@@ -71,10 +71,12 @@ private Q_SLOTS:
     void theFreeCursorStaysInTheRange();
     void aSelectionWithoutSourceIsNone();
     void aSelectionInAnEmptyRangeIsNone();
+    void anEmptyYRangeIsNoHindranceToSelections();
     void aNewSourceForgetsTheSelection();
     void settingASelectionTakesTheNearestPoint();
     void settingASelectionOfTheFreeCursorTakesTheValue();
     void settingASelectionInAnEmptyRangeDoesNothing();
+    void settingASelectionThatIsNoNumberDoesNothing();
     void shiftMarksASpan();
     void aSpanIsNotStretchedWithoutShift();
     void aSpanOfNothingIsCleared();
@@ -459,6 +461,36 @@ void PlotGraphicTest::autoScaleOfRangeMarksCoversBothValues()
     shown.plot.setDrawMode(DrawRangeMarks);
     shown.plot.autoScale(true, true);
     QCOMPARE(shown.plot.yRange(), (TPlotRange{75, 185}));
+}
+
+void PlotGraphicTest::anEmptyYRangeIsNoHindranceToSelections()
+{
+    TShownPlot shown;
+    shown.plot.setSelectEnabled(true);
+    shown.plot.setHighlightEnabled(true);
+    shown.plot.setYRange(5, 5);
+    shown.press(141, 100);
+    QCOMPARE(shown.plot.selectedIndex(), 2);
+    shown.release(141, 100);
+    shown.press(140, 100, Qt::ShiftModifier);
+    shown.move(190, 100, Qt::ShiftModifier);
+    QCOMPARE(shown.plot.highlight().from, 100.0);
+    QCOMPARE(shown.plot.highlight().to, 150.0);
+}
+
+void PlotGraphicTest::settingASelectionThatIsNoNumberDoesNothing()
+{
+    TShownPlot shown;
+    shown.plot.setSelectedX(100);
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const int mode : {0, 1}) {
+        shown.plot.setCursorMode(mode);
+        for (const double x : {std::numeric_limits<double>::quiet_NaN(), infinity, -infinity}) {
+            shown.plot.setSelectedX(x);
+            QCOMPARE(shown.plot.selectedX(), 100.0);
+            QCOMPARE(shown.plot.selectedIndex(), 1);
+        }
+    }
 }
 
 QTEST_MAIN(PlotGraphicTest)

@@ -1,8 +1,10 @@
+#include "display/PaintCounter.h"
 #include "display/PlotSeries.h"
 #include "display/QPlotGraphic.h"
 
 #include <QtTest>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -62,18 +64,21 @@ private Q_SLOTS:
     void markersOfLinesAreSquaresOfFour();
     void rangeMarksHaveSquaresOfSix();
     void theSeriesStaysInThePlot();
+    void theGridStaysInThePlot();
     void anUnknownModeDrawsNoSeries();
     void theHighlightFillsItsSpan_data();
     void theHighlightFillsItsSpan();
     void aHighlightNeedsASource();
     void aHighlightWithoutColorIsALightShade();
     void theFreeCursorIsALine();
+    void theFreeCursorIsDrawnAtBothEnds();
     void theSelectedPointHasNoLine();
     void theCaptionHasTheColorOfTheTrace();
     void labelsStandInTheirAreas();
     void labelsAreNotCutAtTheEdges();
     void storingSettersWaitForTheReplot();
     void settersThatRedrawShowAtOnce();
+    void formatsTakeEffect();
     void aHiddenPlotShowsTheLatestWhenItAppears();
     void thePictureIsAsSharpAsTheScreen();
     void tinySizesAndEndlessRangesArePainted();
@@ -368,31 +373,104 @@ void PlotPictureTest::settersThatRedrawShowAtOnce()
     TPlotSeries series({{51, 101}, {353, 121}});
     picture.plot.setDataSource(&series);
     QImage before = picture.image();
+    TPaintCounter counter(picture.plot);
+    const auto changed = [&](int paints) {
+        // Counted before the picture is taken, which paints too.
+        const bool counted = counter.paints == paints;
+        const QImage after = picture.image();
+        const bool differs = after != before;
+        before = after;
+        counter.paints = 0;
+        return counted && differs;
+    };
+    picture.plot.setTraceColor(Qt::darkGreen);
+    QVERIFY(changed(1));
+    picture.plot.setDrawMode(DrawPoints);
+    QVERIFY(changed(1));
+    picture.plot.setSelectedX(200);
+    QCOMPARE(counter.paints, 1);
+    counter.paints = 0;
+    picture.plot.setCursorMode(1);
+    QVERIFY(changed(1));
+    picture.plot.setSelectedX(200);
+    QVERIFY(changed(1));
+    picture.plot.setXLabelsVisible(true);
+    QVERIFY(changed(1));
+    picture.plot.setYLabelsVisible(true);
+    QVERIFY(changed(1));
+    picture.plot.setHighlight(0, 10, 60, Qt::yellow);
+    QVERIFY(changed(1));
+    series.add(390, 20, 20);
+    picture.plot.replot();
+    QVERIFY(changed(1));
+    // The caption waits for the next paint event.
+    picture.plot.setCaption(QStringLiteral("METS"));
+    QVERIFY(changed(0));
+    picture.plot.setDataSource(nullptr);
+    QVERIFY(changed(1));
+}
+
+void PlotPictureTest::formatsTakeEffect()
+{
+    TPicture picture;
+    picture.plot.setXLabelsVisible(true);
+    picture.plot.setYLabelsVisible(true);
+    QImage before = picture.image();
     const auto changed = [&] {
+        picture.plot.replot();
         const QImage after = picture.image();
         const bool differs = after != before;
         before = after;
         return differs;
     };
-    picture.plot.setTraceColor(Qt::darkGreen);
+    picture.plot.setXFormat(QStringLiteral("%.1f"));
     QVERIFY(changed());
-    picture.plot.setDrawMode(DrawPoints);
+    picture.plot.setYFormat(QStringLiteral("%.1f"));
     QVERIFY(changed());
-    picture.plot.setCursorMode(1);
+    picture.plot.setYWidestLabel(QStringLiteral("a label that is very wide"));
     QVERIFY(changed());
-    picture.plot.setSelectedX(200);
+    picture.plot.setXDateFormat(QStringLiteral("mm:ss"));
     QVERIFY(changed());
+    QVERIFY(!changed());
+}
+
+void PlotPictureTest::theGridStaysInThePlot()
+{
+    TPicture picture;
     picture.plot.setXLabelsVisible(true);
-    QVERIFY(changed());
     picture.plot.setYLabelsVisible(true);
-    QVERIFY(changed());
-    picture.plot.setHighlight(0, 10, 60, Qt::yellow);
-    QVERIFY(changed());
-    series.add(390, 20, 20);
+    // A tick at the least value stands on the edge, a pixel below the plot.
+    picture.plot.setDrawMode(DrawPoints + 100);
     picture.plot.replot();
-    QVERIFY(changed());
-    picture.plot.setDataSource(nullptr);
-    QVERIFY(changed());
+    const QImage image = picture.image();
+    const double ratio = image.devicePixelRatioF();
+    const QRect plot = picture.plot.areas().plot;
+    const QRgb gray = QColor(Qt::lightGray).rgb();
+    int inside = 0;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < int(plot.height() * ratio); ++y)
+            inside += image.pixel(x, y) == gray;
+        // The texts begin further down.
+        for (int y = int(plot.height() * ratio); y < int((plot.height() + 1) * ratio); ++y)
+            QVERIFY(image.pixel(x, y) != gray);
+    }
+    QVERIFY(inside > 0);
+}
+
+void PlotPictureTest::theFreeCursorIsDrawnAtBothEnds()
+{
+    TPicture picture;
+    picture.plot.setCursorMode(1);
+    for (const double x : {0.0, 400.0, std::nextafter(400.0, 0.0)}) {
+        picture.plot.setSelectedX(x);
+        // A column of pixels of the screen at least, for the edge cuts off the other half of the line.
+        QVERIFY2(picture.areaOf(Qt::gray) * picture.plot.devicePixelRatioF() >= 190,
+                 qPrintable(QString::number(x)));
+    }
+    for (const double x : {-0.001, 400.001}) {
+        picture.plot.setSelectedX(x);
+        QCOMPARE(picture.areaOf(Qt::gray), 0.0);
+    }
 }
 
 void PlotPictureTest::aHiddenPlotShowsTheLatestWhenItAppears()

@@ -2,6 +2,7 @@
 
 #include <QtTest>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -30,6 +31,9 @@ private Q_SLOTS:
     void datesStepAsAClockDoes();
     void ticksAreMultiplesOfTheStepWithinTheRange();
     void theFirstTickCanBeTheMinimum();
+    void ticksAtTheEndsAreKept_data();
+    void ticksAtTheEndsAreKept();
+    void thinnedTicksKeepTheirStep();
     void zeroHasNoSign();
     void ticksAreNeverMoreThanAsked();
     void noStepHasNoTicks();
@@ -57,6 +61,7 @@ void PlotTicksTest::theStepIsTheNextOfTwoFiveTen_data()
     QTest::newRow("9.99") << 99.9 << 10.0 << 10.0;
     QTest::newRow("10 begins the next power") << 100.0 << 10.0 << 20.0;
     QTest::newRow("1000, where logarithms may err") << 1000.0 << 1.0 << 2000.0;
+    QTest::newRow("a hair below 1000") << std::nextafter(1000.0, 0.0) << 1.0 << 1000.0;
     QTest::newRow("0.03") << 3.0 << 100.0 << 0.05;
     QTest::newRow("0.001") << 1.0 << 1000.0 << 0.002;
     QTest::newRow("0 has the exponent 0") << 0.0 << 10.0 << 2.0;
@@ -124,7 +129,8 @@ void PlotTicksTest::ticksAreNeverMoreThanAsked()
     const TTicks month = ticksWithin(0.0, 30 * 86400.0, 3600.0, 400);
     QVERIFY(month.count > 200);
     QVERIFY(month.count <= 400);
-    QCOMPARE(month.step, 7200.0);
+    QCOMPARE(month.step, 3600.0);
+    QCOMPARE(month.value(1) - month.value(0), 7200.0);
     QVERIFY(ticksWithin(-1e300, 1e300, 1e-3, 400).count <= 400);
     QVERIFY(ticksWithin(1e15, 1e15 + 10.0, 1e-9, 400).count <= 400);
 }
@@ -243,6 +249,42 @@ void PlotTicksTest::wideLabelsStandAtEveryNthTick()
     QFETCH(int, widest);
     QFETCH(double, pixelsPerTick);
     QTEST(labelStride(widest, pixelsPerTick), "stride");
+}
+
+void PlotTicksTest::ticksAtTheEndsAreKept()
+{
+    QFETCH(double, min);
+    QFETCH(double, max);
+    QFETCH(double, step);
+    QFETCH(double, first);
+    QFETCH(int, count);
+    const TTicks ticks = ticksWithin(min, max, step, 100);
+    QCOMPARE(ticks.firstIndex, first);
+    QCOMPARE(ticks.count, count);
+}
+
+void PlotTicksTest::ticksAtTheEndsAreKept_data()
+{
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    QTest::addColumn<double>("step");
+    QTest::addColumn<double>("first");
+    QTest::addColumn<int>("count");
+    // Quotients that fall short of, or exceed, the whole number by their last bit.
+    QTest::newRow("maximum 0.6") << 0.0 << 0.6 << 0.2 << 0.0 << 4;
+    QTest::newRow("minimum 0.14") << 0.14 << 0.2 << 0.02 << 7.0 << 4;
+    QTest::newRow("minimum -0.6") << -0.6 << 0.0 << 0.2 << -3.0 << 4;
+    QTest::newRow("visibly inside") << 0.1401 << 0.1999 << 0.02 << 8.0 << 2;
+}
+
+void PlotTicksTest::thinnedTicksKeepTheirStep()
+{
+    const TTicks ticks = ticksWithin(5.0, 100.0, 1.0, 10);
+    QCOMPARE(ticks.step, 1.0);
+    QCOMPARE(ticks.stride, 10.0);
+    QCOMPARE(valuesOf(ticks), (std::vector<double>{10, 20, 30, 40, 50, 60, 70, 80, 90, 100}));
+    // The same ones while the axis is moved.
+    QCOMPARE(valuesOf(ticksWithin(8.0, 103.0, 1.0, 10)), valuesOf(ticks));
 }
 
 QTEST_MAIN(PlotTicksTest)

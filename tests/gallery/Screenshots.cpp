@@ -36,6 +36,8 @@ public:
                 std::fprintf(stderr, "Cannot write %s\n", qPrintable(m_folder.filePath(file)));
                 m_ok = false;
             }
+            if (ownSize)
+                break;
         }
     }
 
