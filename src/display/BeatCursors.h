@@ -66,7 +66,7 @@ struct TBeatDimension
     double from;
     double to;
     QString text;
-    /// 0 is above the curve, the others are below it. Lines of the same row do not lie over each other as
+    /// All are below the cursors, 0 the first. Lines of the same row do not lie over each other as
     /// long as the waves stand in their order.
     int row;
 };

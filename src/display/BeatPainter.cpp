@@ -141,16 +141,15 @@ void paintCursors(const TCanvas& canvas, const TBeatPicture& picture)
 
 // Measurements
 
+/// Below the cursors, where no wave is hidden: a row of two-line texts, one of single lines, one of two
+/// lines.
 double rowHeight(const TCanvas& canvas, int row)
 {
+    constexpr int linesToRow[] = {2, 3, 5};
+    constexpr int gapsToRow[] = {3, 5, 8};
     const int lineHeight = canvas.painter.fontMetrics().height();
-    const int third = canvas.scale.height / 3;
-    if (row == 0)
-        return third;
-    // Below the cursors: one row of single lines, then one of two lines.
-    const int below = row == 1 ? lineHeight + 2 * gap : 3 * lineHeight + 5 * gap;
     const int twoThirds = 2 * canvas.scale.height / 3;
-    return twoThirds + below;
+    return twoThirds + linesToRow[row] * lineHeight + gapsToRow[row] * gap;
 }
 
 void paintArrow(const TCanvas& canvas, double tip, double direction, double y)
