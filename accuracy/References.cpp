@@ -125,21 +125,23 @@ double median(const std::vector<double>& sorted)
 TBeatReference beatsOf(const TWfdbAnnotations& annotations, double frequency)
 {
     TBeatReference reference;
-    std::optional<double> flutter;
+    bool flutters = false;
+    double flutterStart = 0.0;
     for (const TWfdbAnnotation& annotation : annotations.list()) {
         const double t = secondsOf(annotations, annotation, frequency);
         const char mnemonic = mnemonicOf(annotation);
         if (wfdb::isBeat(annotation.code))
             reference.beats.push_back(t);
-        else if (mnemonic == '[')
-            flutter = flutter.value_or(t);
-        else if (mnemonic == ']') {
-            reference.excluded.push_back({flutter.value_or(wholeRecord.start), t});
-            flutter.reset();
+        else if (mnemonic == '[' && !flutters) {
+            flutters = true;
+            flutterStart = t;
+        } else if (mnemonic == ']') {
+            reference.excluded.push_back({flutters ? flutterStart : wholeRecord.start, t});
+            flutters = false;
         }
     }
-    if (flutter)
-        reference.excluded.push_back({*flutter, wholeRecord.end});
+    if (flutters)
+        reference.excluded.push_back({flutterStart, wholeRecord.end});
     std::sort(reference.beats.begin(), reference.beats.end());
     return reference;
 }
