@@ -75,7 +75,7 @@ void TWfdbSignalFile::read(qint64 first, int count, short* out)
 
 QByteArray TWfdbSignalFile::readBytes(qint64 from, qint64 to)
 {
-    const QByteArray bytes = m_file.seek(m_offset + from) ? m_file.read(to - from) : QByteArray();
+    QByteArray bytes = m_file.seek(m_offset + from) ? m_file.read(to - from) : QByteArray();
     // They were there when the file was opened; a study with a hole in their place would look like a pause.
     if (bytes.size() != to - from)
         fail();
