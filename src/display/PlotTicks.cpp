@@ -16,7 +16,9 @@ namespace {
 constexpr double tolerance = 1e-9;
 constexpr std::array<double, 9> clockSteps{1, 5, 10, 30, 60, 300, 600, 1800, 3600};
 
-/// The format comes from a variable, but was looked at before.
+// The format comes from a variable, but was looked at before.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
 QString formatted(const char* format, ...)
 {
     va_list arguments;
@@ -25,6 +27,7 @@ QString formatted(const char* format, ...)
     va_end(arguments);
     return text;
 }
+#pragma GCC diagnostic pop
 
 /// Literal text around a single conversion; its letter is captured.
 const QRegularExpression& numberFormat()
