@@ -106,9 +106,11 @@ void paintTimeRuler(QPainter& painter, const BrowsePage& page, const BrowseView&
     if (!(step * page.pixelsPerSecond() >= 1.0))
         return;
     const double last = std::min(page.endTime(), view.duration());
-    for (double seconds = std::ceil(page.startTime / step) * step; seconds <= last; seconds += step) {
+    double seconds = std::ceil(page.startTime / step) * step;
+    while (seconds <= last) {
         const double x = page.xOf(seconds);
         painter.drawLine(truncated<int>(x), baseLine + 1, truncated<int>(x), page.scale.height - 1);
         drawCentred(painter, x, baseLine, rulerText(truncated<int>(seconds)));
+        seconds += step;
     }
 }
