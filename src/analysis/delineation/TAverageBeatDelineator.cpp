@@ -62,8 +62,10 @@ void TAverageBeatDelineator::reduce(const TDoubleVector& complex, int rate, int 
     m_factor = std::max(rate / workingRate, 1);
     m_complex = m_factor > 1 ? complex.decimatedMean(m_factor) : complex;
     m_rate = static_cast<double>(rate) / m_factor;
-    m_rSample = rSample / m_factor;
-    m_rrSamples = rrSamples / m_factor;
+    const int reducedR = rSample / m_factor;
+    const int reducedRr = rrSamples / m_factor;
+    m_rSample = reducedR;
+    m_rrSamples = reducedRr;
 }
 
 void TAverageBeatDelineator::transform()
