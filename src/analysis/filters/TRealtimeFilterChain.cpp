@@ -76,10 +76,7 @@ std::unique_ptr<TSignal> TRealtimeFilterChain::makeRing() const
     const int blockSize = m_input->blockSize();
     auto ring = std::make_unique<TInt16Signal>(blockSize, ringBlocks * blockSize, m_input->channelCount(),
                                                m_input->samplingRate());
-    ring->setResolutionBits(m_input->resolutionBits());
-    ring->setRange(m_input->rangeMin(), m_input->rangeMax());
-    for (int i = 0; i < m_input->channelCount(); ++i)
-        ring->channel(i)->setName(m_input->channel(i)->name());
+    ring->takeFormOf(*m_input);
     return ring;
 }
 

@@ -8,11 +8,8 @@
 TFilteredSignal::TFilteredSignal(TSignal* source)
     : TSignal(source->blockSize(), source->channelCount(), source->samplingRate()), m_source(source)
 {
-    for (int i = 0; i < channelCount(); ++i)
-        channel(i)->setName(source->channel(i)->name());
+    takeFormOf(*source);
     setStorageBits(source->storageBits());
-    setResolutionBits(source->resolutionBits());
-    setRange(source->rangeMin(), source->rangeMax());
     followSource();
     source->addListener(this);
 }
