@@ -70,3 +70,19 @@ void StudyDatabase::deleteArchive(const QString&)
 {
     unimplemented();
 }
+
+namespace {
+
+StudyDatabase* processDatabase = nullptr;
+
+} // namespace
+
+StudyDatabase* studyDatabase()
+{
+    return processDatabase;
+}
+
+void setStudyDatabase(StudyDatabase* database)
+{
+    processDatabase = database;
+}

@@ -86,3 +86,7 @@ public:
 private:
     std::vector<QByteArray> m_riskFactorNames = standardRiskFactors();
 };
+
+/// The one store of the process. Null until the start-up has made it, and while a test has none. Borrowed.
+StudyDatabase* studyDatabase();
+void setStudyDatabase(StudyDatabase* database);
