@@ -104,30 +104,4 @@ void examinationNaive(benchmark::State& state)
 }
 BENCHMARK(examinationNaive);
 
-/// Megabytes that the process holds in memory.
-double residentMegabytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    const bool isThere = file.open(QIODevice::ReadOnly);
-    return isThere ? file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6 : 0.0;
-}
-
-/// What three hours take of the memory after their first five minutes.
-void examinationOfThreeHours(benchmark::State& state)
-{
-    constexpr int blocksPerMinute = static_cast<int>(60.0 / live::blockSeconds);
-    for (auto _ : state) {
-        TExamination examination;
-        for (int i = 0; i < 5 * blocksPerMinute; ++i)
-            examination.block();
-        const double atFirst = residentMegabytes();
-        for (int i = 5 * blocksPerMinute; i < 180 * blocksPerMinute; ++i)
-            examination.block();
-        state.counters["grown_MB"] = residentMegabytes() - atFirst;
-        state.counters["beats"] = examination.rates().count();
-    }
-    live::countSeconds(state, 180 * 60.0);
-}
-BENCHMARK(examinationOfThreeHours)->Iterations(1)->Unit(benchmark::kSecond);
-
 } // namespace
