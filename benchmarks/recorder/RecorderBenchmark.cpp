@@ -8,7 +8,6 @@
 #include "acq/AcqChannels.h"
 #include "acq/TAcqDevice.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 /// A whole examination: what the program does with a block of samples from the moment it arrives, painting
