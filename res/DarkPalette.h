@@ -2,6 +2,5 @@
 
 #include <QPalette>
 
-/// The colours of :/styles/dark.css as a palette. To be set on the application before the sheet: what no
-/// sheet can reach takes its colours from there, above all the icons of disabled buttons.
+/// The colours of :/styles/dark.css as a palette. What no sheet can reach takes its colours from there.
 QPalette darkPalette();

@@ -10,6 +10,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -41,6 +42,8 @@ template <typename TButton> QWidget* button(const QString& text, const char* ico
     if (icon)
         made->setIcon(QIcon(QLatin1String(icon)));
     made->setCheckable(true);
+    if (auto* push = qobject_cast<QPushButton*>(made))
+        push->setAutoDefault(false);
     return made;
 }
 
@@ -48,6 +51,7 @@ QWidget* primaryButton()
 {
     auto* made = new QPushButton(QIcon(QStringLiteral(":/res/start")), QStringLiteral("Primary"));
     made->setProperty("primary", true);
+    made->setAutoDefault(false);
     return made;
 }
 
@@ -169,6 +173,10 @@ QWidget* inState(const TMaker& make, TState state)
         return focused(make);
     QWidget* control = make();
     control->setAttribute(Qt::WA_UnderMouse, state == TState::Hover);
+    if (state == TState::Hover) {
+        QMouseEvent move(QEvent::MouseMove, {8.0, 8.0}, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(control, &move);
+    }
     control->setDisabled(state == TState::Disabled);
     auto* asButton = qobject_cast<QAbstractButton*>(control);
     if (asButton && state == TState::Switched) {
@@ -186,6 +194,7 @@ std::unique_ptr<QWidget> makeStatesPage()
                                 TState::Disabled};
     constexpr std::array names{"normal", "under the mouse", "focus", "switched or pressed", "disabled"};
     auto page = std::make_unique<QDialog>();
+    page->setFocusPolicy(Qt::StrongFocus);
     auto* grid = new QGridLayout(page.get());
     for (std::size_t column = 0; column < states.size(); ++column)
         grid->addWidget(new QLabel(QLatin1String(names[column])), 0, int(column) + 1);

@@ -135,7 +135,7 @@ QWidget* buttonBox()
 
 QWidget* labelled(const char* name, const char* text, const char* style = "")
 {
-    auto* label = new QLabel(QLatin1String(text));
+    auto* label = new QLabel(QString::fromUtf8(text));
     label->setObjectName(QLatin1String(name));
     label->setStyleSheet(QLatin1String(style));
     return label;

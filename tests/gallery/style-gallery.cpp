@@ -1,7 +1,7 @@
 #include "gallery/StylePopups.h"
 #include "gallery/StyleStates.h"
 #include "gallery/StyleViews.h"
-#include "res/DarkPalette.h"
+#include "res/DarkStyle.h"
 #include "res/Resources.h"
 
 #include <QApplication>
@@ -92,7 +92,7 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     initResources();
-    QApplication::setPalette(darkPalette());
+    QApplication::setStyle(new DarkStyle);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() == 1)
         return showAll();
