@@ -4,8 +4,10 @@
 
 #include <QAbstractItemView>
 #include <QCalendarWidget>
+#include <QComboBox>
 #include <QPainter>
 #include <QStyleFactory>
+#include <QStyledItemDelegate>
 #include <QTextCharFormat>
 #include <QTimer>
 
@@ -24,6 +26,14 @@ void calmWeekends(QCalendarWidget& calendar)
 void layOutOnceMore(QAbstractItemView& view)
 {
     QTimer::singleShot(0, &view, [&view] { view.doItemsLayout(); });
+}
+
+/// The delegate that a combo box makes for its list knows nothing of sheets: the rows would be too low for a
+/// finger.
+void letSheetStyleRows(QComboBox& combo)
+{
+    if (!qobject_cast<QStyledItemDelegate*>(combo.itemDelegate()))
+        combo.setItemDelegate(new QStyledItemDelegate(&combo));
 }
 
 } // namespace
@@ -49,6 +59,11 @@ QPixmap DarkStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
     return dimmed;
 }
 
+void DarkStyle::polish(QPalette& palette)
+{
+    palette = darkPalette();
+}
+
 void DarkStyle::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
@@ -56,4 +71,6 @@ void DarkStyle::polish(QWidget* widget)
         calmWeekends(*calendar);
     else if (auto* view = qobject_cast<QAbstractItemView*>(widget))
         layOutOnceMore(*view);
+    else if (auto* combo = qobject_cast<QComboBox*>(widget))
+        letSheetStyleRows(*combo);
 }

@@ -16,5 +16,6 @@ public:
     QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
                                 const QStyleOption* option) const override;
     using QProxyStyle::polish;
+    void polish(QPalette& palette) override;
     void polish(QWidget* widget) override;
 };

@@ -7,10 +7,10 @@
 #include <QDialog>
 #include <QDoubleSpinBox>
 #include <QGridLayout>
+#include <QHoverEvent>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -152,7 +152,7 @@ const std::array rows{
 /// A photograph of the control while it has the focus.
 QWidget* focused(const TMaker& make)
 {
-    QWidget window;
+    QDialog window;
     window.setAttribute(Qt::WA_DontShowOnScreen);
     QGridLayout layout(&window);
     QWidget* control = make();
@@ -174,8 +174,8 @@ QWidget* inState(const TMaker& make, TState state)
     QWidget* control = make();
     control->setAttribute(Qt::WA_UnderMouse, state == TState::Hover);
     if (state == TState::Hover) {
-        QMouseEvent move(QEvent::MouseMove, {8.0, 8.0}, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(control, &move);
+        QHoverEvent hover(QEvent::HoverMove, {8.0, 8.0}, {-1.0, -1.0});
+        QApplication::sendEvent(control, &hover);
     }
     control->setDisabled(state == TState::Disabled);
     auto* asButton = qobject_cast<QAbstractButton*>(control);
@@ -195,6 +195,7 @@ std::unique_ptr<QWidget> makeStatesPage()
     constexpr std::array names{"normal", "under the mouse", "focus", "switched or pressed", "disabled"};
     auto page = std::make_unique<QDialog>();
     page->setFocusPolicy(Qt::StrongFocus);
+    page->setFocus();
     auto* grid = new QGridLayout(page.get());
     for (std::size_t column = 0; column < states.size(); ++column)
         grid->addWidget(new QLabel(QLatin1String(names[column])), 0, int(column) + 1);
