@@ -1,6 +1,5 @@
 #include "windows/EcgMonitorWindow.h"
 
-#include "analysis/filters/TOfflineFilterChain.h"
 #include "analysis/signals/Truncation.h"
 #include "base/Text.h"
 #include "display/ColorSchemes.h"
@@ -14,6 +13,7 @@
 #include "windows/LeadMenu.h"
 #include "windows/MonitorDisplays.h"
 #include "windows/MonitorStatus.h"
+#include "windows/RecordingReview.h"
 #include "windows/TLiveFiducials.h"
 #include "windows/TLiveSaturation.h"
 #include "windows/WarningBoxes.h"
@@ -78,8 +78,7 @@ EcgMonitorWindow::~EcgMonitorWindow()
     m_timer.stop();
     releaseRecorder();
     m_displays->writeSettings();
-    if (m_browseDisplay)
-        m_browseDisplay->setSignal(nullptr);
+    m_review.reset();
 }
 
 bool EcgMonitorWindow::repeatRequested(const QObject* window)
@@ -249,49 +248,23 @@ void EcgMonitorWindow::releaseRecorder()
 void EcgMonitorWindow::showRecording()
 {
     m_study->ecg()->sync();
-    m_signalFilter = std::make_unique<TOfflineFilterChain>(m_study->ecg());
-    m_signalFilter->setNotchName(velantor::notchFilter50Hz);
-    m_signalFilter->setMuscleName(velantor::muscleFilter40Hz);
-    m_browseDisplay = new QSignalBrowseDisplay(m_ui->frameECG);
-    m_browseDisplay->setAccessibleName(tr("Recorded ECG"));
-    m_ui->displayLayout->addWidget(m_browseDisplay);
-    m_browseDisplay->show();
-    // Above the other displays, below what floats over them.
-    m_browseDisplay->stackUnder(m_ui->ecgDisplay1);
-    setTabOrder(m_ui->btnFilterNotch, m_browseDisplay);
-    filterRecording();
-    applyScheme(m_displays->colorScheme(), m_browseDisplay);
-    connectToRecording();
-    applyScale();
-}
-
-/// From now on the buttons act on the recording.
-void EcgMonitorWindow::connectToRecording()
-{
-    for (QAbstractButton* filter : {m_ui->btnFilterNotch, m_ui->btnFilterLowpass, m_ui->btnFilterBaseline}) {
-        disconnect(filter, &QAbstractButton::clicked, nullptr, nullptr);
-        connect(filter, &QAbstractButton::clicked, this, &EcgMonitorWindow::filterRecording);
-    }
-    for (QAbstractButton* scale : {m_ui->btnSpeed12, m_ui->btnSpeed25, m_ui->btnSpeed50, m_ui->btnAmp5,
-                                   m_ui->btnAmp10, m_ui->btnAmp20}) {
-        disconnect(scale, &QAbstractButton::clicked, nullptr, nullptr);
-        connect(scale, &QAbstractButton::clicked, this, &EcgMonitorWindow::applyScale);
-    }
-}
-
-void EcgMonitorWindow::filterRecording()
-{
-    m_signalFilter->apply(m_ui->btnFilterNotch->isChecked(), m_ui->btnFilterLowpass->isChecked(),
-                          m_ui->btnFilterBaseline->isChecked());
-    m_browseDisplay->setSignal(m_signalFilter->current());
-    m_browseDisplay->refresh();
-}
-
-void EcgMonitorWindow::applyScale()
-{
-    const auto& ui = *m_ui;
-    m_browseDisplay->setAmplitude(ui.btnAmp5->isChecked() ? 5.0 : ui.btnAmp20->isChecked() ? 20.0 : 10.0);
-    m_browseDisplay->setSpeed(ui.btnSpeed12->isChecked() ? 12.5 : ui.btnSpeed50->isChecked() ? 50.0 : 25.0);
+    m_review = std::make_unique<RecordingReview>(
+        m_study->ecg(),
+        TReviewControls{
+            m_ui->btnFilterNotch,
+            m_ui->btnFilterLowpass,
+            m_ui->btnFilterBaseline,
+            {{m_ui->btnSpeed12, 12.5}, {m_ui->btnSpeed25, 25.0}, {m_ui->btnSpeed50, 50.0}},
+            {{m_ui->btnAmp5, 5.0}, {m_ui->btnAmp10, 10.0}, {m_ui->btnAmp20, 20.0}},
+        },
+        m_ui->frameECG);
+    QSignalBrowseDisplay& display = m_review->display();
+    applyScheme(m_displays->colorScheme(), &display);
+    m_ui->displayLayout->addWidget(&display);
+    // Like the displays in whose place it stands, below what floats over them.
+    display.stackUnder(m_ui->ecgDisplay1);
+    setTabOrder(m_ui->btnFilterNotch, &display);
+    display.show();
 }
 
 void EcgMonitorWindow::on_ecgDisplay1_customContextMenuRequested(const QPoint& place)

@@ -11,13 +11,11 @@
 class LeadMenu;
 class MonitorDisplays;
 class MonitorStatus;
-class QAbstractButton;
-class QSignalBrowseDisplay;
 class QSignalMonitorDisplay;
+class RecordingReview;
 class Study;
 class TAcqDevice;
 class TFiducialSource;
-class TOfflineFilterChain;
 class TSaturationSource;
 class TStudyRecorder;
 class WarningBoxes;
@@ -90,10 +88,6 @@ private:
     void releaseRecorder();
 
     void showRecording();
-    void connectToRecording();
-    void filterRecording();
-    void applyScale();
-
     void popUpMenu(QSignalMonitorDisplay& clicked, const QPoint& place);
     void updateStatus();
     void updateHeartRate();
@@ -111,8 +105,7 @@ private:
     std::unique_ptr<TSaturationSource> m_saturation;
     std::unique_ptr<TFiducialSource> m_fiducials;
     /// Once there is a recording to look at.
-    std::unique_ptr<TOfflineFilterChain> m_signalFilter;
-    QSignalBrowseDisplay* m_browseDisplay = nullptr;
+    std::unique_ptr<RecordingReview> m_review;
     std::unique_ptr<LeadMenu> m_contextMenu;
     QTimer m_timer{this};
 };

@@ -1,15 +1,11 @@
 #include "windows/MonitorSession.h"
 
-#include "analysis/filters/TOfflineFilterChain.h"
 #include "display/ColorSchemes.h"
 #include "display/ColorTags.h"
-#include "display/QSignalBrowseDisplay.h"
 #include "study/TBeatFile.h"
 
-#include <QLayout>
 #include <QMessageBox>
 #include <QMetaMethod>
-#include <QPointer>
 #include <QTextDocument>
 
 namespace {
@@ -21,28 +17,6 @@ QStringList slotsOf(const QMetaObject& meta)
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
         names << QString::fromLatin1(meta.method(i).methodSignature());
     return names;
-}
-
-QSignalBrowseDisplay* browseOf(const MonitorSession& session)
-{
-    return session.window->findChild<QSignalBrowseDisplay*>();
-}
-
-/// Runs an examination of so many seconds up to the review.
-bool reachReview(MonitorSession& session, double seconds)
-{
-    session.click("btnStart");
-    const bool recorded = session.record(seconds);
-    session.click("btnStop");
-    return recorded;
-}
-
-QList<int> samplesOf(TSignal& signal)
-{
-    QList<int> samples;
-    for (int index = 500; index < 600; ++index)
-        samples << signal.sample(1, index);
-    return samples;
 }
 
 } // namespace
@@ -68,13 +42,6 @@ private Q_SLOTS:
     void theInsetShowsTheAverageAndItsMeasuringPoints();
     void timeAndHeartRateRun();
     void timeIsWrittenWithTwoDigitsOfSeconds();
-    void stopLeadsToTheReview();
-    void nothingIsLeftOnTheDisplaysAfterStop();
-    void theReviewTakesTheButtonsOver();
-    void theReviewFiltersTheRecording();
-    void theReviewObeysTheKeyboard();
-    void anEmptyRecordingCanBeReviewed();
-    void savingAndRepeatingAreToldApart();
     void closingEndsARecording();
     void closingWithoutARecordingLeavesTheStudyAlone();
     void settingsAreReadAndWritten();
@@ -331,127 +298,6 @@ void EcgMonitorWindowTest::timeIsWrittenWithTwoDigitsOfSeconds()
     QCOMPARE(session.text("lblTotalElapsedTime"), QStringLiteral(" 1:05"));
 }
 
-void EcgMonitorWindowTest::stopLeadsToTheReview()
-{
-    MonitorSession session;
-    session.click("btnAmp20");
-    session.click("btnSpeed12");
-    QVERIFY(!browseOf(session));
-    QVERIFY(reachReview(session, 12.0));
-    QCOMPARE(session.enabled(), QStringLiteral("- - Rep Sav"));
-    QCOMPARE(QApplication::focusWidget(), session.part("btnSave"));
-    QVERIFY(session.display1().isHidden() && session.display2().isHidden());
-    const QSignalBrowseDisplay* browse = browseOf(session);
-    QVERIFY(browse && browse->isVisible());
-    QCOMPARE(browse->parentWidget(), session.part("frameECG"));
-    QCOMPARE(browse->amplitude(), 20.0);
-    QCOMPARE(browse->speed(), 12.5);
-    QVERIFY(browse->signal());
-    QCOMPARE(browse->signal()->sampleCount(), session.recordedFrames());
-    QVERIFY(!browse->accessibleName().isEmpty());
-    session.tick();
-    QVERIFY(browse->isVisible());
-}
-
-void EcgMonitorWindowTest::nothingIsLeftOnTheDisplaysAfterStop()
-{
-    MonitorSession session;
-    QVERIFY(reachReview(session, 12.0));
-    for (QSignalMonitorDisplay* display : {&session.display1(), &session.display2()}) {
-        QVERIFY(!display->signal());
-        // Reads whatever it still has; the sanitizers see what is gone.
-        display->show();
-        QVERIFY(!display->grab().isNull());
-        display->hide();
-    }
-}
-
-void EcgMonitorWindowTest::theReviewTakesTheButtonsOver()
-{
-    MonitorSession session;
-    QVERIFY(reachReview(session, 12.0));
-    QSignalBrowseDisplay* browse = browseOf(session);
-    QCOMPARE(browse->speed(), 25.0);
-    const std::pair<const char*, double> speeds[] = {
-        {"btnSpeed12", 12.5}, {"btnSpeed50", 50.0}, {"btnSpeed25", 25.0}, {"btnSpeed50", 50.0}};
-    for (const auto& [name, speed] : speeds) {
-        session.click(name);
-        QCOMPARE(browse->speed(), speed);
-    }
-    const std::pair<const char*, double> amplitudes[] = {
-        {"btnAmp5", 5.0}, {"btnAmp20", 20.0}, {"btnAmp10", 10.0}, {"btnAmp20", 20.0}};
-    for (const auto& [name, amplitude] : amplitudes) {
-        session.click(name);
-        QCOMPARE(browse->amplitude(), amplitude);
-    }
-    QCOMPARE(session.display1().speed(), 25.0);
-    QCOMPARE(session.display2().amplitude(), 10.0);
-}
-
-void EcgMonitorWindowTest::theReviewFiltersTheRecording()
-{
-    MonitorSession session;
-    session.click("btnFilterLowpass");
-    QVERIFY(reachReview(session, 12.0));
-    QSignalBrowseDisplay* browse = browseOf(session);
-    TOfflineFilterChain expected(session.study->ecg());
-    expected.apply(true, false, true);
-    QCOMPARE(samplesOf(*browse->signal()), samplesOf(*expected.current()));
-
-    session.click("btnFilterLowpass");
-    session.click("btnFilterBaseline");
-    expected.apply(true, true, false);
-    QCOMPARE(samplesOf(*browse->signal()), samplesOf(*expected.current()));
-    session.click("btnFilterNotch");
-    session.click("btnFilterLowpass");
-    expected.apply(false, false, false);
-    QCOMPARE(samplesOf(*browse->signal()), samplesOf(*expected.current()));
-    QVERIFY(!browse->grab().isNull());
-}
-
-void EcgMonitorWindowTest::theReviewObeysTheKeyboard()
-{
-    MonitorSession session;
-    QVERIFY(reachReview(session, 30.0));
-    QSignalBrowseDisplay* browse = browseOf(session);
-    for (int i = 0; i < 20 && QApplication::focusWidget() != browse; ++i)
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QCOMPARE(QApplication::focusWidget(), browse);
-    QTest::keyClick(browse, Qt::Key_Right);
-    QVERIFY(browse->startTime() > 0.0);
-}
-
-void EcgMonitorWindowTest::anEmptyRecordingCanBeReviewed()
-{
-    MonitorSession session;
-    session.click("btnStart");
-    session.click("btnStop");
-    QCOMPARE(session.recordedFrames(), 0);
-    QCOMPARE(session.enabled(), QStringLiteral("- - Rep Sav"));
-    QVERIFY(!session.window->grab().isNull());
-    session.click("btnFilterNotch");
-    QVERIFY(!session.window->grab().isNull());
-}
-
-void EcgMonitorWindowTest::savingAndRepeatingAreToldApart()
-{
-    for (const bool repeats : {false, true}) {
-        MonitorSession session;
-        QVERIFY(reachReview(session, 1.0));
-        EcgMonitorWindow* window = session.window.release();
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        bool told = !repeats;
-        connect(window, &QObject::destroyed, this,
-                [&told](const QObject* left) { told = EcgMonitorWindow::repeatRequested(left); });
-        const QPointer<EcgMonitorWindow> guard(window);
-        const int saves = session.store.saves;
-        window->findChild<QAbstractButton*>(QLatin1String(repeats ? "btnRepeat" : "btnSave"))->click();
-        QTRY_VERIFY(!guard);
-        QCOMPARE(told, repeats);
-        QCOMPARE(session.store.saves, saves);
-    }
-}
-
 void EcgMonitorWindowTest::closingEndsARecording()
 {
     MonitorSession session;
@@ -491,9 +337,6 @@ void EcgMonitorWindowTest::settingsAreReadAndWritten()
         QCOMPARE(session.display1().channelOrder(0), 4);
         QVERIFY(session.display1().channelInverted(3));
         QCOMPARE(session.display2().channelOrder(0), 0);
-        QVERIFY(reachReview(session, 1.0));
-        QCOMPARE(browseOf(session)->color(TraceColor),
-                 schemeColors(QStringLiteral("Blue")).value(TraceColor));
         QSettings().clear();
     }
     QCOMPARE(QSettings().value(QStringLiteral("EcgMonitorWindow/DisplayColorScheme")).toString(),
