@@ -254,8 +254,10 @@ void RestingEcgTour::startMonitor()
     m_driver.click("btnStartEcg");
     m_clock.restart();
     m_driver.waitForWindow(monitor);
+    m_waits.append(QStringLiteral("start button to monitor %1").arg(m_clock.elapsed()));
     m_driver.waitFor(QStringLiteral("a trace"), hasTrace);
-    m_waits.append(QStringLiteral("start button to trace %1").arg(m_clock.elapsed()));
+    m_waits.append(
+        QStringLiteral("start button to trace, with the delay of the filters %1").arg(m_clock.elapsed()));
 }
 
 void RestingEcgTour::record(int seconds)

@@ -76,6 +76,9 @@ bool isCut(const QWidget* widget)
 QStringList cutTextsOf(const QWidget* window)
 {
     QStringList cut;
+    if (!window->screen()->geometry().contains(window->frameGeometry()))
+        cut.append(QStringLiteral("%1, which is larger than the screen")
+                       .arg(QString::fromLatin1(window->metaObject()->className())));
     for (const QWidget* widget : window->findChildren<QWidget*>()) {
         if (widget->isVisible() && isCut(widget))
             cut.append(
