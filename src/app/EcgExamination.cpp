@@ -29,9 +29,11 @@ EcgExamination::EcgExamination(QObject* parent) : QObject(parent) {}
 
 EcgExamination::~EcgExamination()
 {
-    if (m_monitor)
+    if (m_monitor) {
         m_monitor->disconnect(this);
-    delete m_monitor;
+        m_monitor->close();
+        delete m_monitor;
+    }
     m_device.reset();
     // Nobody is left to be told.
     if (m_study)
