@@ -39,6 +39,7 @@ Q_SIGNALS:
 
 private:
     void openMonitor();
+    void removeMonitor();
     void abandon();
     void monitorGone(QObject* window);
     void file(bool isRepeated);

@@ -32,6 +32,21 @@ protected:
     }
 };
 
+/// Fails when a monitor comes to the screen.
+class FailingScreen : public QObject
+{
+public:
+    FailingScreen() { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<EcgMonitorWindow*>(watched))
+            throw TError("No screen");
+        return false;
+    }
+};
+
 QAbstractButton* button(EcgMonitorWindow* monitor, const char* name)
 {
     return monitor->findChild<QAbstractButton*>(QLatin1String(name));
@@ -184,6 +199,29 @@ private Q_SLOTS:
         QVERIFY(studyDatabase()->listStudies().empty());
         QCOMPARE(studyFiles(), QStringList());
         QVERIFY(RecentStudies::shown().empty());
+    }
+
+    void aStartThatFailsLeavesNoStudy()
+    {
+        BoxReader reader;
+        LauncherUser user;
+        user.openEcg();
+        user.type("txtLastName", "Diaz");
+        user.type("txtFirstName", "Ana");
+        {
+            const FailingScreen screen;
+            user.click("btnStartEcg");
+        }
+        QCOMPARE(reader.texts(), QStringList(QStringLiteral("Error: No screen")));
+        QVERIFY(user.window.isEnabled());
+        QVERIFY(studyDatabase()->listStudies().empty());
+        QCOMPARE(studyFiles(), QStringList());
+        QCOMPARE(user.text("txtLastName"), QStringLiteral("Diaz"));
+        // And the next one starts.
+        user.click("btnStartEcg");
+        QVERIFY(openMonitor());
+        openMonitor()->close();
+        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
     }
 
     void aStudyIsExportedIfTheSettingsSaySo_data()

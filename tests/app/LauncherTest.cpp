@@ -351,6 +351,17 @@ private Q_SLOTS:
                                 "btnMoreEcg btnStartEcg btnOpenStudy"));
     }
 
+    void theKeyboardReachesTheSectionsFromTheStart()
+    {
+        LauncherUser user;
+        QTest::keyClick(&user.window, Qt::Key_Tab);
+        QCOMPARE(user.window.focusWidget(), user.find("btnNewStudyStress"));
+        QTest::keyClick(user.window.focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(user.window.focusWidget(), Qt::Key_Space);
+        QVERIFY(QTest::qWaitFor([&] { return user.find("frameEcg")->maximumHeight() == QWIDGETSIZE_MAX; }));
+        QCOMPARE(user.window.focusWidget(), user.find("txtLastName", "frameEcg"));
+    }
+
     void everyControlHasAnAccessibleName()
     {
         LauncherUser user;
