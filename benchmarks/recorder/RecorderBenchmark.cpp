@@ -8,7 +8,6 @@
 #include "acq/AcqChannels.h"
 #include "acq/TAcqDevice.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 /// A whole examination: what the program does with a block of samples from the moment it arrives, painting
@@ -103,31 +102,5 @@ void examinationNaive(benchmark::State& state)
     live::countSeconds(state, live::blockSeconds);
 }
 BENCHMARK(examinationNaive);
-
-/// Megabytes that the process holds in memory.
-double residentMegabytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    const bool isThere = file.open(QIODevice::ReadOnly);
-    return isThere ? file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6 : 0.0;
-}
-
-/// What three hours take of the memory after their first five minutes.
-void examinationOfThreeHours(benchmark::State& state)
-{
-    constexpr int blocksPerMinute = static_cast<int>(60.0 / live::blockSeconds);
-    for (auto _ : state) {
-        TExamination examination;
-        for (int i = 0; i < 5 * blocksPerMinute; ++i)
-            examination.block();
-        const double atFirst = residentMegabytes();
-        for (int i = 5 * blocksPerMinute; i < 180 * blocksPerMinute; ++i)
-            examination.block();
-        state.counters["grown_MB"] = residentMegabytes() - atFirst;
-        state.counters["beats"] = examination.rates().count();
-    }
-    live::countSeconds(state, 180 * 60.0);
-}
-BENCHMARK(examinationOfThreeHours)->Iterations(1)->Unit(benchmark::kSecond);
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "base/Error.h"
 #include "base/Text.h"
 #include "equipment/EquipmentFactory.h"
+#include "recorder/AcquisitionInfo.h"
 #include "recorder/StageEvents.h"
 #include "study/Study.h"
 #include "study/StudyCreation.h"
@@ -40,19 +41,6 @@ const char* studyTypeOf(TRecordOptions::TTest test)
         break;
     }
     return "Tilt test";
-}
-
-void fillAcquisition(StudyInfo& info, const TAcqDevice& device)
-{
-    QByteArrayList names;
-    for (int channel = 0; channel < device.channelCount(); ++channel)
-        names << device.channelName(channel);
-    info.sampleFormat = "short";
-    info.channelNames = names.join(',');
-    info.channelCount = device.channelCount();
-    info.samplingRate = device.samplingRate();
-    info.resolution = device.resolutionBits();
-    info.gain = device.rangeMax();
 }
 
 TEquipment::TKind equipmentKind(const TStressProtocol& protocol)

@@ -29,6 +29,12 @@ void drawCentred(QPainter& painter, double x, int baseLine, const QString& text)
     painter.drawText(truncated<int>(x - half), baseLine, text);
 }
 
+/// Half a label at the edge of the picture would tell another time.
+bool hasRoom(const PageScale& scale, double x, int labelWidth)
+{
+    return x - labelWidth / 2.0 >= 0.0 && x + labelWidth / 2.0 <= scale.width;
+}
+
 QString intervalText(double seconds)
 {
     return QString::asprintf("%d", truncated<int>(std::round(seconds * 1000.0)));
@@ -110,7 +116,8 @@ void paintTimeRuler(QPainter& painter, const BrowsePage& page, const BrowseView&
     while (seconds <= last) {
         const double x = page.xOf(seconds);
         painter.drawLine(truncated<int>(x), baseLine + 1, truncated<int>(x), page.scale.height - 1);
-        drawCentred(painter, x, baseLine, rulerText(truncated<int>(seconds)));
+        if (hasRoom(page.scale, x, labelWidth))
+            drawCentred(painter, x, baseLine, rulerText(truncated<int>(seconds)));
         seconds += step;
     }
 }

@@ -11,9 +11,9 @@ constexpr int blocksKept = 20;
 } // namespace
 
 TMonitorChain::TMonitorChain(TSignal& raw)
-    : m_monitorSignal(blockSize, blocksKept * blockSize, raw.channelCount(), samplingRate),
-      m_decimator(velantor::monitorDecimation(), raw.samplingRate() == 2 * samplingRate ? 2 : 1),
-      m_filters(&m_monitorSignal)
+    : m_decimation(raw.samplingRate() == 2 * samplingRate ? 2 : 1),
+      m_monitorSignal(blockSize, blocksKept * blockSize, raw.channelCount(), samplingRate),
+      m_decimator(velantor::monitorDecimation(), m_decimation), m_filters(&m_monitorSignal)
 {
     m_monitorSignal.takeFormOf(raw);
     m_decimator.attach(&raw, 0);

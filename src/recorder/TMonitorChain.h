@@ -18,11 +18,14 @@ public:
     void setFilters(bool notch, bool muscle, bool baseline);
     /// The signal to show, valid until the next `setFilters`.
     TSignal* signal() const { return m_filters.current(); }
+    /// Sample of the raw signal at the instant of a sample of `signal`.
+    int rawIndexOf(int sample) const { return (sample + m_filters.startPosition()) * m_decimation; }
 
     void reduce() { m_decimator.run(); }
     void filter() { m_filters.update(); }
 
 private:
+    const int m_decimation;
     TInt16Signal m_monitorSignal;
     TFirDecimator m_decimator;
     TRealtimeFilterChain m_filters;

@@ -72,6 +72,8 @@ public:
     /// Builds the display filters anew and returns the signal to show.
     TSignal* setFilters(bool notch, bool muscle, bool baseline);
     TSignal* monitorSignal() const { return m_monitor.signal(); }
+    /// Sample of the raw signal at the instant of a sample of `monitorSignal`.
+    int rawIndexOf(int monitorSample) const { return m_monitor.rawIndexOf(monitorSample); }
     TInt16Signal& rawSignal() { return *m_rawSignal; }
 
     // What the device says; see TDeviceWatch.

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void insetWithoutBeatsShowsALine();
     void timeRulerStandsAtTheBottom();
     void timeRulerEndsWithTheRecording();
+    void labelsThatTheEdgeWouldCutAreLeftOut();
     void caliperDrawsItsTriangleWhileItIsDragged();
     void caliperInTheInsetIsDrawnThere();
     void nullSignalLeavesTheGrid();
@@ -298,6 +299,26 @@ void BrowsePictureTest::timeRulerStandsAtTheBottom()
     QVERIFY(isNear(label.center().x(), browse.xOf(25.0)));
     QVERIFY(isNear(label.bottom(), bottom - 4));
     save(browse);
+}
+
+void BrowsePictureTest::labelsThatTheEdgeWouldCutAreLeftOut()
+{
+    BrowseFixture browse;
+    browse.display.setColor(3, red);
+    browse.display.setShowAverageBeat(false);
+    browse.display.setStartTime(20.0);
+    const double bottom = 400.0 - browse.bar().height();
+    const QImage picture = browse.picture();
+    const auto labelIn = [&](double left, double right) {
+        return boundsOf(picture, red, QRectF(left, bottom - 14, right - left, 9));
+    };
+    QVERIFY(labelIn(0, browse.xOf(20.5)).isNull());
+    QVERIFY(!labelIn(browse.xOf(20.5), browse.xOf(21.5)).isNull());
+    // The page ends between two labels that have room and one that has not.
+    const double end = browse.display.timeAt(900);
+    const double last = std::floor(end);
+    const bool fits = browse.xOf(last) + 20 <= 900;
+    QCOMPARE(!labelIn(browse.xOf(last - 0.5), 900).isNull(), fits);
 }
 
 void BrowsePictureTest::caliperDrawsItsTriangleWhileItIsDragged()

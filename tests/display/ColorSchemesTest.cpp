@@ -43,6 +43,7 @@ private Q_SLOTS:
     void theDisplaysTakeAScheme();
     void aSchemeChangesPaperAndGrid();
     void saturationIsHalfTransparentWhateverIsSet();
+    void anUnknownNameLeavesADisplayItsDefaults_data();
     void anUnknownNameLeavesADisplayItsDefaults();
 };
 
@@ -181,13 +182,24 @@ void ColorSchemesTest::saturationIsHalfTransparentWhateverIsSet()
     QCOMPARE(browser.color(6).rgba(), QColor(1, 2, 3, 128).rgba());
 }
 
+void ColorSchemesTest::anUnknownNameLeavesADisplayItsDefaults_data()
+{
+    anUnknownNameSetsNoColor_data();
+}
+
 void ColorSchemesTest::anUnknownNameLeavesADisplayItsDefaults()
 {
+    QFETCH(QString, name);
     QSignalMonitorDisplay monitor;
-    const QSignalMonitorDisplay untouched;
-    applyScheme(QStringLiteral("Sepia"), &monitor);
-    for (int tag = 0; tag < 11; ++tag)
-        QCOMPARE(monitor.color(tag), untouched.color(tag));
+    QSignalBrowseDisplay browser;
+    const QSignalMonitorDisplay untouchedMonitor;
+    const QSignalBrowseDisplay untouchedBrowser;
+    applyScheme(name, &monitor);
+    applyScheme(name, &browser);
+    for (int tag = 0; tag < 11; ++tag) {
+        QCOMPARE(monitor.color(tag), untouchedMonitor.color(tag));
+        QCOMPARE(browser.color(tag), untouchedBrowser.color(tag));
+    }
 }
 
 QTEST_MAIN(ColorSchemesTest)

@@ -1,5 +1,8 @@
 #include "display/DisplayColorDialog.h"
 #include "display/ColorSchemes.h"
+#include "display/ColorTags.h"
+#include "display/PictureBounds.h"
+#include "display/QSignalMonitorDisplay.h"
 
 #include <QColorDialog>
 #include <QDialogButtonBox>
@@ -43,6 +46,7 @@ private Q_SLOTS:
     void theColorThatIsThereIsNoChange();
     void theAlphaOfAnElementStays();
     void aConnectedDisplayShowsTheColorAtOnce();
+    void aRealDisplayIsPaintedInTheNewColor();
     void aDisplayThatIsGoneIsNotTold();
     void anEmptyListHasNothingToChange();
     void escapeAmongTheColorsClosesTheWholeDialog();
@@ -126,6 +130,23 @@ void DisplayColorDialogTest::aConnectedDisplayShowsTheColorAtOnce()
     QCOMPARE(first.shown.keys(), QList<int>{2});
     QCOMPARE(first.shown[2].rgb(), QColor(5, 6, 7).rgb());
     QCOMPARE(second.shown[2].rgb(), QColor(5, 6, 7).rgb());
+}
+
+void DisplayColorDialogTest::aRealDisplayIsPaintedInTheNewColor()
+{
+    const QColor paper(5, 60, 7);
+    QSignalMonitorDisplay display;
+    display.resize(300, 200);
+    display.grab();
+    DisplayColorDialog dialog;
+    dialog.setColors(schemeColors(QStringLiteral("Black")));
+    dialog.connectTo(&display);
+    listOf(dialog)->setCurrentRow(1);
+    colorDialogOf(dialog)->setCurrentColor(paper);
+    QCOMPARE(display.color(BackgroundColor).rgb(), paper.rgb());
+    // Between the lines of the grid, away from the labels.
+    const QImage picture = display.grab().toImage();
+    QVERIFY(boundsOf(picture, paper, QRectF(100, 50, 150, 100)).width() > 140);
 }
 
 void DisplayColorDialogTest::aDisplayThatIsGoneIsNotTold()

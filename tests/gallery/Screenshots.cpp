@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
+#include <QSet>
 
 #include <cstdio>
 
@@ -32,10 +33,10 @@ public:
             QApplication::processEvents();
             const QString file =
                 QStringLiteral("%1-%2x%3.png").arg(name).arg(page->width()).arg(page->height());
-            if (!page->grab().save(m_folder.filePath(file))) {
-                std::fprintf(stderr, "Cannot write %s\n", qPrintable(m_folder.filePath(file)));
-                m_ok = false;
-            }
+            const QPixmap picture = page->grab();
+            expect(ownSize || picture.size() == size * picture.devicePixelRatio(), "has another size", file);
+            expect(coloursOf(picture.toImage()) >= leastColours, "shows nothing", file);
+            expect(picture.save(m_folder.filePath(file)), "cannot be written", file);
             if (ownSize)
                 break;
         }
@@ -44,6 +45,27 @@ public:
     bool ok() const { return m_ok; }
 
 private:
+    /// Paper, grid, trace and a label are four.
+    static constexpr int leastColours = 4;
+
+    static int coloursOf(const QImage& image)
+    {
+        QSet<QRgb> colours;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                colours.insert(image.pixel(x, y));
+        }
+        return colours.size();
+    }
+
+    void expect(bool holds, const char* failure, const QString& file)
+    {
+        if (holds)
+            return;
+        std::fprintf(stderr, "%s %s\n", qPrintable(m_folder.filePath(file)), failure);
+        m_ok = false;
+    }
+
     QDir m_folder;
     bool m_ok = true;
 };

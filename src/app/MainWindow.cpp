@@ -1,0 +1,180 @@
+#include "app/MainWindow.h"
+
+#include "app/RecentStudies.h"
+#include "app/StartUp.h"
+#include "app/StressStart.h"
+#include "app/StudyExport.h"
+#include "base/Settings.h"
+#include "base/Text.h"
+#include "dialogs/StudyDialog.h"
+#include "study/StudyDatabase.h"
+#include "ui_MainWindow.h"
+
+#include <QCloseEvent>
+#include <QMessageBox>
+#include <QTimer>
+
+namespace {
+
+/// The window is on the screen before the store is opened, which may take its time.
+constexpr int startUpDelayMs = 10;
+constexpr int logoSize = 48;
+
+std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow* window)
+{
+    auto form = std::make_unique<Ui::MainWindow>();
+    form->setupUi(window);
+    return form;
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent), m_ui(makeForm(this)), m_stressSection(m_ui->frameStress, m_ui->btnStartStress),
+      m_ecgSection(m_ui->frameEcg, m_ui->btnStartEcg), m_openSection(m_ui->frameOpen, m_ui->btnOpenOK)
+{
+    setEnabled(false);
+    setLabels();
+    connectFields();
+    connectExamination();
+    QTimer::singleShot(startUpDelayMs, this, &MainWindow::startUp);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::setLabels()
+{
+    QString application = QCoreApplication::applicationName();
+    application.replace(QLatin1String("Corvane"), QLatin1String("Stress ECG"));
+    setWindowTitle(QStringLiteral("%1 %2").arg(QCoreApplication::organizationName(), application));
+    m_ui->lblVersion->setText(QStringLiteral("v %1").arg(QCoreApplication::applicationVersion()));
+    m_ui->lblVeterinary->hide();
+    m_ui->btnWorklistStress->hide();
+    m_ui->btnWorklistEcg->hide();
+    m_ui->treeStudies->hideColumn(0);
+    m_ui->lblLogo->setPixmap(QIcon(QStringLiteral(":/res/logo")).pixmap(windowHandle(), {logoSize, logoSize}));
+}
+
+void MainWindow::connectFields()
+{
+    connect(m_ui->fieldsEcg, &QuickFields::changed, this, &MainWindow::enableStarts);
+    // A button that is not enabled passes over both.
+    connect(m_ui->fieldsEcg, &QuickFields::submitted, m_ui->btnStartEcg, &QAbstractButton::click);
+    connect(m_ui->fieldsStress, &QuickFields::submitted, m_ui->btnStartStress, &QAbstractButton::click);
+}
+
+void MainWindow::connectExamination()
+{
+    connect(&m_ecg, &EcgExamination::begun, this, [this] { setEnabled(false); });
+    connect(&m_ecg, &EcgExamination::ended, this, &MainWindow::examinationEnded);
+    connect(&m_ecg, &EcgExamination::kept, this, &MainWindow::ecgKept);
+    connect(&m_ecg, &EcgExamination::failed, this, &MainWindow::showError);
+}
+
+void MainWindow::startUp()
+{
+    openStudyDatabase(this);
+    fillProtocols();
+    setEnabled(true);
+}
+
+void MainWindow::fillProtocols()
+{
+    m_ui->cboProtocol->clear();
+    for (const QByteArray& name : studyDatabase()->protocolNames())
+        m_ui->cboProtocol->addItem(velantor::fromText(name));
+    m_ui->cboProtocol->addItem(QLatin1String(tiltTestName));
+    const QString last = settings::lastProtocol.value();
+    if (!last.isEmpty())
+        m_ui->cboProtocol->setCurrentText(last);
+}
+
+void MainWindow::fillRecentStudies()
+{
+    m_ui->treeStudies->clear();
+    for (const TRecentStudy& study : RecentStudies::shown()) {
+        const QString date = QLocale().toString(study.time, QLocale::ShortFormat);
+        m_ui->treeStudies->addTopLevelItem(new QTreeWidgetItem({study.id, study.patient, date}));
+    }
+    m_ui->treeStudies->setCurrentItem(m_ui->treeStudies->topLevelItem(0));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(!m_ecg.isRunning());
+    if (event->isAccepted())
+        Q_EMIT closed();
+}
+
+/// False if the section was open already and did what it is for.
+bool MainWindow::unfold(StudySection& section)
+{
+    if (section.isOpen()) {
+        section.triggerDefaultAction();
+        return false;
+    }
+    for (StudySection* each : {&m_stressSection, &m_ecgSection, &m_openSection})
+        each->close();
+    section.open();
+    return true;
+}
+
+void MainWindow::on_btnNewStudyStress_clicked()
+{
+    if (unfold(m_stressSection))
+        m_ui->fieldsStress->focusLastName();
+}
+
+void MainWindow::on_btnNewStudyEcg_clicked()
+{
+    if (unfold(m_ecgSection))
+        m_ui->fieldsEcg->focusLastName();
+}
+
+void MainWindow::on_btnOpenStudy_clicked()
+{
+    if (!unfold(m_openSection))
+        return;
+    fillRecentStudies();
+    m_ui->treeStudies->setFocus();
+}
+
+void MainWindow::on_btnMoreEcg_clicked()
+{
+    StudyDialog dialog(this, quickEcgInfo(m_ui->fieldsEcg->patient(), QDateTime::currentDateTime()), true);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    m_ui->fieldsEcg->clear();
+    m_ecg.start(dialog.info());
+}
+
+void MainWindow::on_btnStartEcg_clicked()
+{
+    m_ecg.start(quickEcgInfo(m_ui->fieldsEcg->patient(), QDateTime::currentDateTime()));
+}
+
+void MainWindow::on_btnClose_clicked()
+{
+    close();
+}
+
+void MainWindow::enableStarts()
+{
+    m_ui->btnStartEcg->setEnabled(canStartEcg(m_ui->fieldsEcg->patient()));
+}
+
+void MainWindow::examinationEnded()
+{
+    setEnabled(true);
+    m_ui->fieldsEcg->clear();
+}
+
+void MainWindow::ecgKept(qint32 id)
+{
+    exportNewStudy(this, id, settings::exportEcgStudyFolder);
+}
+
+void MainWindow::showError(const QString& text)
+{
+    QMessageBox::critical(this, tr("Error"), text);
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+/// Every control in its states, a row for each control: as it stands, under the mouse, with the focus,
+/// switched or pressed, disabled. Those with the focus are photographs, as a window has but one. Needs an
+/// application with a sheet.
+std::unique_ptr<QWidget> makeStatesPage();
