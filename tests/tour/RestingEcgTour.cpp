@@ -79,7 +79,8 @@ void RestingEcgTour::refuseToStartWithoutDevice()
     m_driver.type("txtLastName", text("García Hernández"));
     m_driver.type("txtFirstName", text("María Fernanda"));
     m_driver.click("btnStartEcg");
-    m_driver.waitFor(QStringLiteral("the error"), [] { return QApplication::activeModalWidget() != nullptr; });
+    m_driver.waitFor(QStringLiteral("the error"),
+                     [] { return QApplication::activeModalWidget() != nullptr; });
     m_driver.picture(QStringLiteral("device-not-found"));
     m_driver.closeBox();
     m_driver.waitForWindow(launcher);

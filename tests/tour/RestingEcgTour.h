@@ -18,9 +18,9 @@ struct TTourPlaces
     QString deviceSource;
 };
 
-/// A morning at the resting ECG, from the first start of the program to its end: every section of the launcher,
-/// the study dialog, an ECG of the demonstration that is taken twice, one from a device with loose electrodes
-/// and one with the keyboard alone.
+/// A morning at the resting ECG, from the first start of the program to its end: every section of the
+/// launcher, the study dialog, an ECG of the demonstration that is taken twice, one from a device with loose
+/// electrodes and one with the keyboard alone.
 class RestingEcgTour
 {
 public:
