@@ -1,3 +1,6 @@
+# Without line numbers, which would change the table of translations with every edit of a source.
+set(velantor_lupdate_options -source-language en -target-language es -locations none -no-obsolete)
+
 # velantor_desktop_languages(TARGET): builds the executable into bin/, where the Spanish texts lie beside it, and links
 # it once more into bin/english/, where none lie and it speaks English: for developers, tests and pictures.
 function(velantor_desktop_languages target)

@@ -5,6 +5,7 @@
 #include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyledItemDelegate>
@@ -34,6 +35,19 @@ void letSheetStyleRows(QComboBox& combo)
 {
     if (!qobject_cast<QStyledItemDelegate*>(combo.itemDelegate()))
         combo.setItemDelegate(new QStyledItemDelegate(&combo));
+}
+
+/// The sheet gives the hint of an empty field the colour of its text: it would look like an entry.
+void dimHint(QLineEdit& field)
+{
+    if (field.placeholderText().isEmpty())
+        return;
+    // The sheet comes after this.
+    QTimer::singleShot(0, &field, [&field] {
+        QPalette palette = field.palette();
+        palette.setColor(QPalette::PlaceholderText, darkPalette().color(QPalette::PlaceholderText));
+        field.setPalette(palette);
+    });
 }
 
 } // namespace
@@ -73,4 +87,6 @@ void DarkStyle::polish(QWidget* widget)
         layOutOnceMore(*view);
     else if (auto* combo = qobject_cast<QComboBox*>(widget))
         letSheetStyleRows(*combo);
+    else if (auto* field = qobject_cast<QLineEdit*>(widget))
+        dimHint(*field);
 }

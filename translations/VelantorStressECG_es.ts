@@ -5,59 +5,59 @@
     <name>DisplayColorDialog</name>
     <message>
         <source>Display colors</source>
-        <translation type="unfinished"></translation>
+        <translation>Colores de la pantalla</translation>
     </message>
     <message>
         <source>Elements of the display</source>
-        <translation type="unfinished"></translation>
+        <translation>Elementos de la pantalla</translation>
     </message>
     <message>
         <source>Trace</source>
-        <translation type="unfinished"></translation>
+        <translation>Trazado</translation>
     </message>
     <message>
         <source>Background</source>
-        <translation type="unfinished"></translation>
+        <translation>Fondo</translation>
     </message>
     <message>
         <source>Grid</source>
-        <translation type="unfinished"></translation>
+        <translation>Cuadrícula</translation>
     </message>
     <message>
         <source>Labels and time ruler</source>
-        <translation type="unfinished"></translation>
+        <translation>Rótulos y regla de tiempo</translation>
     </message>
     <message>
         <source>Average beat</source>
-        <translation type="unfinished"></translation>
+        <translation>Latido promedio</translation>
     </message>
     <message>
         <source>Reference beat</source>
-        <translation type="unfinished"></translation>
+        <translation>Latido de referencia</translation>
     </message>
     <message>
         <source>Saturated trace</source>
-        <translation type="unfinished"></translation>
+        <translation>Trazado saturado</translation>
     </message>
     <message>
         <source>Beat ticks</source>
-        <translation type="unfinished"></translation>
+        <translation>Marcas de latidos</translation>
     </message>
     <message>
         <source>Sweep cursor</source>
-        <translation type="unfinished"></translation>
+        <translation>Cursor de barrido</translation>
     </message>
     <message>
         <source>Fiducial marks</source>
-        <translation type="unfinished"></translation>
+        <translation>Puntos fiduciales</translation>
     </message>
     <message>
         <source>Selected beat</source>
-        <translation type="unfinished"></translation>
+        <translation>Latido seleccionado</translation>
     </message>
     <message>
         <source>Element %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Elemento %1</translation>
     </message>
 </context>
 <context>
@@ -65,103 +65,106 @@
     <message>
         <source>PR
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>PR
+%1</translation>
     </message>
     <message>
         <source>P %1</source>
-        <translation type="unfinished"></translation>
+        <translation>P %1</translation>
     </message>
     <message>
         <source>QRS
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>QRS
+%1</translation>
     </message>
     <message>
         <source>ST %1</source>
-        <translation type="unfinished"></translation>
+        <translation>ST %1</translation>
     </message>
     <message>
         <source>QT %1</source>
-        <translation type="unfinished"></translation>
+        <translation>QT %1</translation>
     </message>
     <message>
         <source>T %1</source>
-        <translation type="unfinished"></translation>
+        <translation>T %1</translation>
     </message>
     <message>
         <source>Tpf
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Tpf
+%1</translation>
     </message>
     <message>
         <source>%.2f mV</source>
-        <translation type="unfinished"></translation>
+        <translation>%.2f mV</translation>
     </message>
     <message>
         <source>P on</source>
-        <translation type="unfinished"></translation>
+        <translation>Inicio P</translation>
     </message>
     <message>
         <source>P off</source>
-        <translation type="unfinished"></translation>
+        <translation>Fin P</translation>
     </message>
     <message>
         <source>P peak</source>
-        <translation type="unfinished"></translation>
+        <translation>Pico P</translation>
     </message>
     <message>
         <source>QRS on</source>
-        <translation type="unfinished"></translation>
+        <translation>Inicio QRS</translation>
     </message>
     <message>
         <source>QRS off</source>
-        <translation type="unfinished"></translation>
+        <translation>Fin QRS</translation>
     </message>
     <message>
         <source>T on</source>
-        <translation type="unfinished"></translation>
+        <translation>Inicio T</translation>
     </message>
     <message>
         <source>T off</source>
-        <translation type="unfinished"></translation>
+        <translation>Fin T</translation>
     </message>
     <message>
         <source>T peak</source>
-        <translation type="unfinished"></translation>
+        <translation>Pico T</translation>
     </message>
     <message>
         <source>[RR %1]</source>
-        <translation type="unfinished"></translation>
+        <translation>[RR %1]</translation>
     </message>
 </context>
 <context>
     <name>QSignalBrowseDisplay</name>
     <message>
         <source>Time in the recording</source>
-        <translation type="unfinished"></translation>
+        <translation>Tiempo en el registro</translation>
     </message>
 </context>
 <context>
     <name>StressMonitorWindow</name>
     <message>
         <source>Basal</source>
-        <translation type="unfinished"></translation>
+        <translation>Basal</translation>
     </message>
     <message>
         <source>Control</source>
-        <translation type="unfinished"></translation>
+        <translation>Control</translation>
     </message>
     <message>
         <source>Rest</source>
-        <translation type="unfinished"></translation>
+        <translation>Reposo</translation>
     </message>
     <message>
         <source>Exercise</source>
-        <translation type="unfinished"></translation>
+        <translation>Ejercicio</translation>
     </message>
     <message>
         <source>Recovery</source>
-        <translation type="unfinished"></translation>
+        <translation>Recuperación</translation>
     </message>
 </context>
 </TS>

@@ -66,6 +66,7 @@ EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* s
     setProperty(repeatProperty, false);
     startMonitoring();
     decorate();
+    m_timer.setObjectName(QStringLiteral("statusTimer"));
     connect(&m_timer, &QTimer::timeout, this, &EcgMonitorWindow::updateStatus);
     m_timer.start(statusInterval);
     readSettings();
@@ -249,6 +250,7 @@ void EcgMonitorWindow::showRecording()
     m_browseDisplay = new QSignalBrowseDisplay(m_ui->frameECG);
     m_browseDisplay->setAccessibleName(tr("Recorded ECG"));
     m_ui->displayLayout->addWidget(m_browseDisplay);
+    m_browseDisplay->show();
     // Above the other displays, below what floats over them.
     m_browseDisplay->stackUnder(m_ui->ecgDisplay1);
     setTabOrder(m_ui->btnFilterNotch, m_browseDisplay);
