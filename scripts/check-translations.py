@@ -21,7 +21,7 @@ ROOT = Path(__file__).resolve().parent.parent
 APPLICATION = ROOT / "translations" / "VelantorStressECG_es.ts"
 REPORT = ROOT / "translations" / "report_es.ts"
 
-PLACEHOLDER = re.compile(r"%L?\d{1,2}(?![\d.]*[dfsu])|%n|%%|%[-+0 ]*\d*(?:\.\d+)?[dfsux]")
+PLACEHOLDER = re.compile(r"%L?\d{1,2}(?![\d.]*[dfsux])|%n|%%|%[-+0]*\d*(?:\.\d+)?[dfsux](?!\w)")
 TAG = re.compile(r"</?\w+[^>]*>")
 MNEMONIC = re.compile(r"&(?!&|\w+;)(?=\S)")
 END = re.compile(r"(?:\.\.\.|[:!?.])?\s*$")

@@ -1,5 +1,7 @@
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTranslator>
 #include <QtTest>
 
@@ -7,7 +9,7 @@ namespace {
 
 QString catalogue(const char* name)
 {
-    return QStringLiteral(VELANTOR_LANGUAGES "/%1.qm").arg(QLatin1String(name));
+    return QStringLiteral(VELANTOR_BIN "/%1.qm").arg(QLatin1String(name));
 }
 
 } // namespace
@@ -19,6 +21,7 @@ class TranslationsTest : public QObject
 
 private Q_SLOTS:
     void theThreeCataloguesLieBesideTheProgram();
+    void noneLiesBesideTheEnglishProgram();
     void textsOfTheProgramAreSpanish();
     void textsOfQtAreSpanish_data();
     void textsOfQtAreSpanish();
@@ -28,6 +31,14 @@ void TranslationsTest::theThreeCataloguesLieBesideTheProgram()
 {
     for (const char* name : {"qt_es", "VelantorStressECG_es", "report_es"})
         QVERIFY2(QFile::exists(catalogue(name)), name);
+    QVERIFY(QFileInfo(QStringLiteral(VELANTOR_BIN "/velantor-ecg")).isExecutable());
+}
+
+void TranslationsTest::noneLiesBesideTheEnglishProgram()
+{
+    const QDir folder(QStringLiteral(VELANTOR_BIN "/english"));
+    QCOMPARE(folder.entryList({QStringLiteral("*.qm")}, QDir::Files), QStringList());
+    QVERIFY(QFileInfo(folder.filePath(QStringLiteral("velantor-ecg"))).isExecutable());
 }
 
 void TranslationsTest::textsOfTheProgramAreSpanish()
