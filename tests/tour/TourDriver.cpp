@@ -243,6 +243,8 @@ void TourDriver::picture(const QString& name)
         }
         return all;
     });
-    for (const QString& text : cut)
-        m_cutTexts.append(QStringLiteral("%1: %2").arg(name, text));
+    for (const QString& text : cut) {
+        if (!m_cutTexts.contains(text))
+            m_cutTexts.append(text);
+    }
 }
