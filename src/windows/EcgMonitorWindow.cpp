@@ -19,6 +19,7 @@
 #include "windows/WarningBoxes.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QShortcut>
 
@@ -51,7 +52,7 @@ void EcgMonitorWindow::Observer::studyStarted()
 
 void EcgMonitorWindow::Observer::failed(const char* text)
 {
-    m_window.m_warnings->show(QString::fromUtf8(text));
+    m_window.m_warnings->show(QCoreApplication::translate("Failure", text));
 }
 
 EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* study)
@@ -204,6 +205,8 @@ void EcgMonitorWindow::applyFilters()
 
 void EcgMonitorWindow::on_btnStart_clicked()
 {
+    if (!m_recorder)
+        return;
     m_fiducials = std::make_unique<TLiveFiducials>(*m_recorder, *m_study);
     m_displays->each([this](QSignalMonitorDisplay& display) {
         display.setAverageBeat(&m_recorder->averageBeat());
@@ -216,6 +219,8 @@ void EcgMonitorWindow::on_btnStart_clicked()
 
 void EcgMonitorWindow::on_btnStop_clicked()
 {
+    if (!m_recorder)
+        return;
     m_recorder->finishStudy();
     m_recorder->stopAcquisition();
     releaseRecorder();
