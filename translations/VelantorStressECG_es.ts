@@ -567,7 +567,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Study info</source>
-        <translation>Información del estudio</translation>
+        <translation>Estudio</translation>
     </message>
     <message>
         <source>Protocol</source>

@@ -98,6 +98,8 @@ private Q_SLOTS:
     void fieldInErrorIsReadableAndRecovers_data();
     void fieldInErrorIsReadableAndRecovers();
     void comboInErrorIsReadable();
+    void hintIsDimmerThanWhatIsTyped();
+    void longTextOfAButtonIsNotCut();
     void focusIsSeen_data();
     void focusIsSeen();
     void switchedButtonIsSeen();
@@ -235,6 +237,29 @@ void StyleSheetTest::comboInErrorIsReadable()
     combo->setStyleSheet({});
     QApplication::processEvents();
     QVERIFY(!hasColour(picture(*combo), QColor(QStringLiteral("lightyellow"))));
+}
+
+void StyleSheetTest::hintIsDimmerThanWhatIsTyped()
+{
+    auto* field = new QLineEdit;
+    field->setPlaceholderText(QStringLiteral("Comments..."));
+    const auto dialog = shown(field);
+    const QColor hint = darkPalette().color(QPalette::PlaceholderText);
+    QTRY_COMPARE(field->palette().color(QPalette::PlaceholderText), hint);
+    QVERIFY(hint.lightness() < darkPalette().color(QPalette::Text).lightness() - 40);
+    field->setStyleSheet(errorStyle);
+    field->setStyleSheet({});
+    QTRY_COMPARE(field->palette().color(QPalette::PlaceholderText), hint);
+    QCOMPARE(field->palette().color(QPalette::Text), darkPalette().color(QPalette::Text));
+}
+
+void StyleSheetTest::longTextOfAButtonIsNotCut()
+{
+    QPushButton button(QIcon(QStringLiteral(":/res/female")), QStringLiteral("A rather long text"));
+    button.ensurePolished();
+    QVERIFY(button.minimumSizeHint().width() > button.fontMetrics().horizontalAdvance(button.text()) + 40);
+    QVERIFY(button.minimumWidth() < button.minimumSizeHint().width());
+    QCOMPARE(button.minimumWidth(), 0);
 }
 
 void StyleSheetTest::focusIsSeen_data()
