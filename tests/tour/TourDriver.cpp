@@ -1,6 +1,7 @@
 #include "tour/TourDriver.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QElapsedTimer>
@@ -9,6 +10,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QScreen>
+#include <QScrollBar>
 #include <QThread>
 #include <QtTest>
 
@@ -62,8 +64,10 @@ void typeText(QWidget* widget, const QString& text)
 
 bool isCut(const QWidget* widget)
 {
+    if (const auto* view = qobject_cast<const QAbstractItemView*>(widget))
+        return view->horizontalScrollBar()->isVisible();
     if (const auto* label = qobject_cast<const QLabel*>(widget)) {
-        if (label->text().isEmpty())
+        if (label->text().isEmpty() || label->inherits("ElidedLabel"))
             return false;
         const QSize needed =
             label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
