@@ -5,10 +5,13 @@
 #include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleFactory>
 #include <QStyledItemDelegate>
 #include <QTextCharFormat>
+#include <QTextEdit>
 #include <QTimer>
 
 namespace {
@@ -34,6 +37,35 @@ void letSheetStyleRows(QComboBox& combo)
 {
     if (!qobject_cast<QStyledItemDelegate*>(combo.itemDelegate()))
         combo.setItemDelegate(new QStyledItemDelegate(&combo));
+}
+
+/// The sheet gives the hint of an empty field the colour of its text: it would look like an entry.
+void dimHint(QLineEdit& field)
+{
+    if (field.placeholderText().isEmpty())
+        return;
+    // The sheet comes after this.
+    QTimer::singleShot(0, &field, [&field] {
+        QPalette palette = field.palette();
+        palette.setColor(QPalette::PlaceholderText, darkPalette().color(QPalette::PlaceholderText));
+        field.setPalette(palette);
+    });
+}
+
+/// The sheet gives hints in empty fields the colour of what is typed there.
+void dimHint(QWidget& field)
+{
+    QTimer::singleShot(0, &field, [&field] {
+        QPalette palette = field.palette();
+        palette.setColor(QPalette::PlaceholderText, darkPalette().color(QPalette::PlaceholderText));
+        field.setPalette(palette);
+    });
+}
+
+bool hasHint(const QWidget* widget)
+{
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QTextEdit*>(widget) ||
+           qobject_cast<const QPlainTextEdit*>(widget);
 }
 
 } // namespace
@@ -73,4 +105,8 @@ void DarkStyle::polish(QWidget* widget)
         layOutOnceMore(*view);
     else if (auto* combo = qobject_cast<QComboBox*>(widget))
         letSheetStyleRows(*combo);
+    else if (hasHint(widget))
+        dimHint(*widget);
+    else if (auto* field = qobject_cast<QLineEdit*>(widget))
+        dimHint(*field);
 }

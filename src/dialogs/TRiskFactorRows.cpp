@@ -67,6 +67,7 @@ void TRiskFactorRows::fill(const std::vector<TRiskFactor>& factors)
         const bool isKnown = found != factors.end();
         boxOf(name)->setChecked(isKnown && found->status);
         commentOf(name)->setText(isKnown ? velantor::fromText(found->comment) : QString());
+        commentOf(name)->setCursorPosition(0);
     }
 }
 

@@ -2,8 +2,9 @@
 
 #include "base/Text.h"
 
+#include <QComboBox>
+#include <QLineEdit>
 #include <QMetaProperty>
-#include <QWidget>
 
 namespace {
 
@@ -11,6 +12,14 @@ namespace {
 QMetaProperty textOf(const QWidget* field)
 {
     return field->metaObject()->userProperty();
+}
+
+/// A text longer than its field is read from its beginning.
+void showBeginning(QWidget* field)
+{
+    auto* const combo = qobject_cast<QComboBox*>(field);
+    if (auto* const line = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(field))
+        line->setCursorPosition(0);
 }
 
 } // namespace
@@ -25,6 +34,7 @@ void TStudyForm::fill(const StudyInfo& source, StudyInfo& kept)
     for (TField& each : m_fields) {
         kept.*each.member = source.*each.member;
         textOf(each.field).write(each.field, velantor::fromText(source.*each.member));
+        showBeginning(each.field);
         each.shown = textOf(each.field).read(each.field).toString();
     }
 }

@@ -34,7 +34,6 @@ public:
     TDialogStore& operator=(const TDialogStore&) = delete;
 
     LocalStudyDatabase& database() { return *m_database; }
-    QString folder() const { return m_folder.filePath(QStringLiteral("store")); }
 
     /// A closed study of this record; its id.
     qint32 addStudy(StudyInfo info)

@@ -51,7 +51,8 @@ private:
     void record(int seconds);
     void stopRecording();
     void saveStudy();
-    void useDevice(const QStringList& options);
+    void useDevice(bool highRate, const QStringList& options);
+    void takeDeviceAway();
 
     TTourPlaces m_places;
     TourDriver m_driver;

@@ -1,6 +1,7 @@
 #include "tour/TourDriver.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QElapsedTimer>
@@ -9,6 +10,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QScreen>
+#include <QScrollBar>
 #include <QThread>
 #include <QtTest>
 
@@ -62,8 +64,10 @@ void typeText(QWidget* widget, const QString& text)
 
 bool isCut(const QWidget* widget)
 {
+    if (const auto* view = qobject_cast<const QAbstractItemView*>(widget))
+        return view->horizontalScrollBar()->isVisible();
     if (const auto* label = qobject_cast<const QLabel*>(widget)) {
-        if (label->text().isEmpty())
+        if (label->text().isEmpty() || label->inherits("ElidedLabel"))
             return false;
         const QSize needed =
             label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
@@ -76,6 +80,9 @@ bool isCut(const QWidget* widget)
 QStringList cutTextsOf(const QWidget* window)
 {
     QStringList cut;
+    if (!window->screen()->geometry().contains(window->frameGeometry()))
+        cut.append(QStringLiteral("%1, which is larger than the screen")
+                       .arg(QString::fromLatin1(window->metaObject()->className())));
     for (const QWidget* widget : window->findChildren<QWidget*>()) {
         if (widget->isVisible() && isCut(widget))
             cut.append(
@@ -240,6 +247,8 @@ void TourDriver::picture(const QString& name)
         }
         return all;
     });
-    for (const QString& text : cut)
-        m_cutTexts.append(QStringLiteral("%1: %2").arg(name, text));
+    for (const QString& text : cut) {
+        if (!m_cutTexts.contains(text))
+            m_cutTexts.append(text);
+    }
 }

@@ -62,9 +62,9 @@ public:
     /// Waits for a message box and closes it by its default button; returns its text.
     QString closeBox();
 
-    /// The whole screen after a moment for animations. Fails if a text of a window on it is cut.
+    /// The whole screen after a moment for animations.
     void picture(const QString& name);
-    /// Any failure of the texts so far.
+    /// What the pictures so far show in part only: texts that are cut, windows that do not fit on the screen.
     QStringList cutTexts() const { return m_cutTexts; }
 
     /// A control among the windows that may be used now, or null.
