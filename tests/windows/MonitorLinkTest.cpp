@@ -74,7 +74,7 @@ private Q_SLOTS:
         session.window.reset();
         TStdAcqDevice device(options.link.c_str(), 230400, acq::allChannels);
         session.makeWindow(&device);
-        session.part<QTimer>("statusTimer")->setInterval(50);
+        session.part<QTimer>("statusTimer")->start(300);
         session.click("btnStart");
         QTRY_VERIFY_WITH_TIMEOUT(session.part("connectingIcon"), 10000);
         const int before = session.recordedFrames();
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QVERIFY(arrives(session, before + 500));
         // Hidden for good: a blinking icon is seen again within two ticks.
         QTRY_VERIFY(session.part("connectingIcon")->isHidden());
-        QTest::qWait(120);
+        QTest::qWait(700);
         QVERIFY(session.part("connectingIcon")->isHidden());
         session.click("btnStop");
         QCOMPARE(session.enabled(), QStringLiteral("- - Rep Sav"));
