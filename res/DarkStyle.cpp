@@ -7,9 +7,11 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleFactory>
 #include <QStyledItemDelegate>
 #include <QTextCharFormat>
+#include <QTextEdit>
 #include <QTimer>
 
 namespace {
@@ -50,6 +52,22 @@ void dimHint(QLineEdit& field)
     });
 }
 
+/// The sheet gives hints in empty fields the colour of what is typed there.
+void dimHint(QWidget& field)
+{
+    QTimer::singleShot(0, &field, [&field] {
+        QPalette palette = field.palette();
+        palette.setColor(QPalette::PlaceholderText, darkPalette().color(QPalette::PlaceholderText));
+        field.setPalette(palette);
+    });
+}
+
+bool hasHint(const QWidget* widget)
+{
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QTextEdit*>(widget) ||
+           qobject_cast<const QPlainTextEdit*>(widget);
+}
+
 } // namespace
 
 DarkStyle::DarkStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -87,6 +105,8 @@ void DarkStyle::polish(QWidget* widget)
         layOutOnceMore(*view);
     else if (auto* combo = qobject_cast<QComboBox*>(widget))
         letSheetStyleRows(*combo);
+    else if (hasHint(widget))
+        dimHint(*widget);
     else if (auto* field = qobject_cast<QLineEdit*>(widget))
         dimHint(*field);
 }

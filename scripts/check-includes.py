@@ -29,9 +29,11 @@ LINKS = {
     "cli": ["recorder", "report"],
 }
 SIMULATOR_LINKS = ["platform", "analysis", "wfdb"]
+# The only ones that know the icons and style sheets of res/ by their headers; all others know their names.
+WITH_RESOURCES = {"app"}
 WITHOUT_SCREEN = {"base", "platform", "analysis", "wfdb", "study", "acq", "equipment", "recorder", "cli"}
 SCREEN_MODULES = ("QtGui", "QtWidgets", "QtPrintSupport")
-OUR_FOLDERS = ("src", "tests", "benchmarks", "fuzz", "simulators", "accuracy")
+OUR_FOLDERS = ("src", "res", "tests", "benchmarks", "fuzz", "simulators", "accuracy")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 SYSTEM_CONDITION = re.compile(
@@ -110,7 +112,8 @@ class Checker:
             if folder[0] == "src" and folder[1] not in allowed:
                 self.breaches.append(f"{where}: includes {name}, but {'/'.join(parts[:2])} may not know "
                                      f"src/{folder[1]}")
-            if folder[0] != "src" and folder[0] != parts[0]:
+            is_resource = folder[0] == "res" and parts[0] == "src" and parts[1] in WITH_RESOURCES
+            if folder[0] not in ("src", parts[0]) and not is_resource:
                 self.breaches.append(f"{where}: includes {name}, which is not part of the program")
         if parts[0] == "src" and parts[1] in WITHOUT_SCREEN:
             if name.split("/")[0] in SCREEN_MODULES or name in self.screen_headers:

@@ -5,7 +5,9 @@ build_packages=(
     g++ cmake ninja-build pkg-config
     qtbase5-dev libqt5serialport5-dev libqt5sql5-sqlite libminizip-dev libsoxr-dev zlib1g-dev
     qttools5-dev qttools5-dev-tools qttranslations5-l10n libqt5svg5 fonts-liberation)
-test_packages=(python3 sqlite3 unzip zip groff-base clang-format-14 xvfb openbox xdotool)
+# A display that only exists in memory, with a window manager.
+display_packages=(xvfb openbox)
+test_packages=(python3 sqlite3 unzip zip groff-base clang-format-14 "${display_packages[@]}")
 # Design of the filters, compiler and runtime of the fuzzers, static checks, benchmarks, cross-compiler for the Win32
 # port.
 check_packages=(python3-scipy clang-14 libclang-rt-14-dev clang-tidy-14 libbenchmark-dev g++-mingw-w64-x86-64)

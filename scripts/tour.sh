@@ -30,7 +30,8 @@ export HOME=$folder/home XDG_CONFIG_HOME=$folder/settings XDG_DATA_HOME=$folder/
 export XDG_RUNTIME_DIR=$folder/tmp
 chmod 700 "$folder/tmp"
 
-tour=$build/tests/tour/$language/tour
+tour=$build/bin/velantor-tour
+[[ $language == spanish ]] || tour=$build/bin/$language/velantor-tour
 cd "$build" # where the demonstration recording is
 "$sources/scripts/virtual-display.sh" "$size" "$tour" "$folder/pictures" "$build/simulators/sim-ecg-device" "$source"
 

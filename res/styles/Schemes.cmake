@@ -28,8 +28,9 @@ set(style_colours
   "light_panel      #f4f6f8 #f4f6f8 #f4f6f8"
   "light_panel_text #1a1a1a #1a1a1a #1a1a1a")
 
-# Two texts have their own by agreement: the title of the launcher and the blood pressure as it is typed.
-set(style_sizes body 14px medium 18px large 32px title 24pt entry 16pt)
+# Three texts have their own by agreement: the title of the launcher, the blood pressure as it is typed, and the heart
+# rate, which is read from across the room.
+set(style_sizes body 14px medium 18px large 32px title 24pt entry 16pt reading 48px)
 
 # Picture of the sheet, the drawing it is made of, the role of its colour.
 set(style_images

@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "base/Constants.h"
 #include "platform/SingleInstance.h"
+#include "res/DarkStyle.h"
 #include "res/Resources.h"
 
 #include <QFile>
@@ -46,6 +47,7 @@ private:
 void setStyle(GuardedApplication& application)
 {
     initResources();
+    QApplication::setStyle(new DarkStyle);
     QFile style(QStringLiteral(":/styles/dark.css"));
     if (style.open(QIODevice::ReadOnly))
         application.setStyleSheet(QString::fromUtf8(style.readAll()));

@@ -29,13 +29,21 @@ EcgExamination::EcgExamination(QObject* parent) : QObject(parent) {}
 
 EcgExamination::~EcgExamination()
 {
-    if (m_monitor)
-        m_monitor->disconnect(this);
-    delete m_monitor;
+    removeMonitor();
     m_device.reset();
     // Nobody is left to be told.
     if (m_study)
         keepStudy();
+}
+
+/// Without a word of its destruction.
+void EcgExamination::removeMonitor()
+{
+    if (!m_monitor)
+        return;
+    m_monitor->disconnect(this);
+    m_monitor->close();
+    delete m_monitor;
 }
 
 void EcgExamination::start(const StudyInfo& info)
@@ -67,6 +75,7 @@ void EcgExamination::openMonitor()
 /// A study without a monitor would be an empty one in every list.
 void EcgExamination::abandon()
 {
+    removeMonitor();
     m_device.reset();
     if (!m_study)
         return;

@@ -12,8 +12,9 @@ class EcgMonitorWindow;
 class Study;
 class TAcqDevice;
 
-/// A resting ECG from its start to the stored study: makes the device, the study and the monitor, and files or
-/// drops the study when the monitor has gone. One at a time. Main thread; the store of the process must exist.
+/// A resting ECG from its start to the stored study: makes the device, the study and the monitor, and files
+/// or drops the study when the monitor has gone. One at a time. Main thread; the store of the process must
+/// exist.
 class EcgExamination : public QObject
 {
     Q_OBJECT
@@ -38,6 +39,7 @@ Q_SIGNALS:
 
 private:
     void openMonitor();
+    void removeMonitor();
     void abandon();
     void monitorGone(QObject* window);
     void file(bool isRepeated);

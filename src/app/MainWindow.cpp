@@ -11,6 +11,7 @@
 #include "ui_MainWindow.h"
 
 #include <QCloseEvent>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -19,6 +20,13 @@ namespace {
 /// The window is on the screen before the store is opened, which may take its time.
 constexpr int startUpDelayMs = 10;
 constexpr int logoSize = 48;
+
+enum TColumn
+{
+    idColumn,
+    patientColumn,
+    dateColumn
+};
 
 std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow* window)
 {
@@ -51,8 +59,11 @@ void MainWindow::setLabels()
     m_ui->lblVeterinary->hide();
     m_ui->btnWorklistStress->hide();
     m_ui->btnWorklistEcg->hide();
-    m_ui->treeStudies->hideColumn(0);
-    m_ui->lblLogo->setPixmap(QIcon(QStringLiteral(":/res/logo")).pixmap(windowHandle(), {logoSize, logoSize}));
+    m_ui->treeStudies->hideColumn(idColumn);
+    m_ui->treeStudies->header()->setSectionResizeMode(patientColumn, QHeaderView::Stretch);
+    m_ui->treeStudies->header()->setSectionResizeMode(dateColumn, QHeaderView::ResizeToContents);
+    m_ui->lblLogo->setPixmap(
+        QIcon(QStringLiteral(":/res/logo")).pixmap(windowHandle(), QSize(logoSize, logoSize)));
 }
 
 void MainWindow::connectFields()

@@ -12,9 +12,9 @@ namespace Ui {
 class MainWindow;
 }
 
-/// The launcher, which is always there: starts examinations and shows the recent studies, in three sections of
-/// which one at most is open. It is disabled until the store of studies is there, which it opens shortly after
-/// it was built, and while a monitor records.
+/// The launcher, which is always there: starts examinations and shows the recent studies, in three sections
+/// of which one at most is open. It is disabled until the store of studies is there, which it opens shortly
+/// after it was built, and while a monitor records.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT

@@ -17,8 +17,9 @@ struct TRecentStudy
     bool operator==(const TRecentStudy&) const = default;
 };
 
-/// The studies that were made last, newest first, which the settings remember. An entry is one text, its parts
-/// joined with "||"; an entry of other parts than four, such as one of a name with "||" in it, is passed over.
+/// The studies that were made last, newest first, which the settings remember. An entry is one text, its
+/// parts joined with "||"; an entry of other parts than four, such as one of a name with "||" in it, is
+/// passed over.
 class RecentStudies
 {
 public:
@@ -27,8 +28,8 @@ public:
 
     /// The study comes first; the oldest ones go.
     static void add(const StudyInfo& info);
-    /// Takes away the first entry that begins with the digits of the id. They are compared as text: 12 finds 123
-    /// too, if that comes first.
+    /// Takes away the first entry that begins with the digits of the id. They are compared as text: 12 finds
+    /// 123 too, if that comes first.
     static void remove(qint32 id);
     /// At most `mostShown`.
     static std::vector<TRecentStudy> shown();

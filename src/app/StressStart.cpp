@@ -12,9 +12,8 @@ QString spaceWarning(const StudyDatabase& database)
 {
     if (database.hasFreeSpace())
         return {};
-    return QCoreApplication::translate("StressStart",
-                                       "There is not enough free space on disk.\n"
-                                       "Please free at least 50 MB to start a new study.");
+    return QCoreApplication::translate("StressStart", "There is not enough free space on disk.\n"
+                                                      "Please free at least 50 MB to start a new study.");
 }
 
 bool isTiltTest(const StudyInfo& info)

@@ -23,6 +23,6 @@ bool isTiltTest(const StudyInfo& info);
 void setStressType(StudyInfo& info);
 /// A copy of the protocol that the study names. Throws TError for one that is not in the table.
 TStressProtocol stressProtocol(const StudyInfo& info, const StudyDatabase& database);
-/// The driver that the settings name for protocols of this type. Null if the test is driven by hand, which holds
-/// for all but treadmills and ergometers.
+/// The driver that the settings name for protocols of this type. Null if the test is driven by hand, which
+/// holds for all but treadmills and ergometers.
 std::unique_ptr<TEquipment> createStressEquipment(const TStressProtocol& protocol);

@@ -25,16 +25,15 @@ void exportStudy(QWidget* parent, qint32 id, const QString& folder)
     if (writeArchive(parent, id, folder)) {
         QMessageBox::information(
             parent, QCoreApplication::translate("StudyExport", "Information"),
-            QCoreApplication::translate("StudyExport",
-                                         "Study file was succesfully exported to folder: %1")
+            QCoreApplication::translate("StudyExport", "Study file was succesfully exported to folder: %1")
                 .arg(folder));
         return;
     }
     QMessageBox::warning(
         parent, QCoreApplication::translate("StudyExport", "Warning"),
         QCoreApplication::translate("StudyExport",
-                                     "Study file could not be exported to folder: %1\n"
-                                     "Please check shared folder access with your network administrator.")
+                                    "Study file could not be exported to folder: %1\n"
+                                    "Please check shared folder access with your network administrator.")
             .arg(folder));
 }
 

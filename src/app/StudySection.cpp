@@ -1,6 +1,7 @@
 #include "app/StudySection.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
 #include <QWidget>
 
 namespace {
@@ -25,6 +26,8 @@ void StudySection::open()
         return;
     m_isOpen = true;
     m_body->show();
+    // The style sheet has just given the contents their sizes.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     animateTo(m_body->sizeHint().height());
 }
 

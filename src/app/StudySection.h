@@ -5,13 +5,13 @@
 class QAbstractButton;
 class QWidget;
 
-/// One of the parts of the launcher that unfold: its body grows from nothing to the height of its contents, and
-/// back. It starts collapsed, which is hidden, with a maximum height of 0.
+/// One of the parts of the launcher that unfold: its body grows from nothing to the height of its contents,
+/// and back. It starts collapsed, which is hidden, with a maximum height of 0.
 class StudySection
 {
 public:
-    /// `body` and `defaultAction` are borrowed. The default action is what a user who asks for the open section
-    /// once more gets.
+    /// `body` and `defaultAction` are borrowed. The default action is what a user who asks for the open
+    /// section once more gets.
     StudySection(QWidget* body, QAbstractButton* defaultAction);
 
     bool isOpen() const { return m_isOpen; }

@@ -2,6 +2,8 @@
 
 #include "study/TStressProtocol.h"
 
+#include <QtGlobal>
+
 #include <functional>
 
 class TEquipment;
@@ -12,7 +14,8 @@ class TRampProtocol;
 class TEquipmentLink
 {
 public:
-    static constexpr char failureText[] = "Communication with ergometer/treadmill device failed.";
+    static constexpr char failureText[] =
+        QT_TRANSLATE_NOOP("Failure", "Communication with ergometer/treadmill device failed.");
 
     /// `equipment` is borrowed and may be null. `onFailure` is called once, when it is dropped.
     TEquipmentLink(TEquipment* equipment, std::function<void()> onFailure);

@@ -18,6 +18,7 @@ public:
     /// A stage has ended, by time, by command or with the study; what belongs to it is in the study.
     virtual void stageChanged() = 0;
     virtual void studyFinished() = 0;
-    /// Something failed; the recording goes on. UTF-8, valid during the call.
+    /// Something failed; the recording goes on. UTF-8, valid during the call. The recorder's own texts are
+    /// translated in the context "Failure".
     virtual void failed(const char* text) = 0;
 };

@@ -14,6 +14,8 @@
 #include "recorder/TStressTrends.h"
 #include "recorder/TStudyWriter.h"
 
+#include <QtGlobal>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -30,7 +32,8 @@ class TStudyRecorder : private TAcqListener, private TBeatListener
 {
 public:
     /// What observers hear when the link to the device is lost.
-    static constexpr char linkFailureText[] = "Communication with ECG acquiring device failed.";
+    static constexpr char linkFailureText[] =
+        QT_TRANSLATE_NOOP("Failure", "Communication with ECG acquiring device failed.");
 
     /// All are borrowed. `protocol`, with stages or a ramp, and `equipment` may be null. The study has its
     /// files open for recording, with the channels and the rate of the device.

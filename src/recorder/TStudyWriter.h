@@ -2,6 +2,8 @@
 
 #include "analysis/beats/TBeat.h"
 
+#include <QtGlobal>
+
 #include <vector>
 
 class Study;
@@ -15,7 +17,8 @@ class TSignal;
 class TStudyWriter
 {
 public:
-    static constexpr char failureText[] = "The recording cannot be written. Is the disk full?";
+    static constexpr char failureText[] =
+        QT_TRANSLATE_NOOP("Failure", "The recording cannot be written. Is the disk full?");
 
     /// All are borrowed. Without a store the study's document is not written.
     TStudyWriter(Study& study, TSignal& raw);

@@ -19,6 +19,7 @@
 #include "windows/WarningBoxes.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QShortcut>
 
@@ -51,7 +52,7 @@ void EcgMonitorWindow::Observer::studyStarted()
 
 void EcgMonitorWindow::Observer::failed(const char* text)
 {
-    m_window.m_warnings->show(QString::fromUtf8(text));
+    m_window.m_warnings->show(QCoreApplication::translate("Failure", text));
 }
 
 EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* study)
@@ -66,6 +67,7 @@ EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* s
     setProperty(repeatProperty, false);
     startMonitoring();
     decorate();
+    m_timer.setObjectName(QStringLiteral("statusTimer"));
     connect(&m_timer, &QTimer::timeout, this, &EcgMonitorWindow::updateStatus);
     m_timer.start(statusInterval);
     readSettings();
@@ -203,6 +205,8 @@ void EcgMonitorWindow::applyFilters()
 
 void EcgMonitorWindow::on_btnStart_clicked()
 {
+    if (!m_recorder)
+        return;
     m_fiducials = std::make_unique<TLiveFiducials>(*m_recorder, *m_study);
     m_displays->each([this](QSignalMonitorDisplay& display) {
         display.setAverageBeat(&m_recorder->averageBeat());
@@ -215,6 +219,8 @@ void EcgMonitorWindow::on_btnStart_clicked()
 
 void EcgMonitorWindow::on_btnStop_clicked()
 {
+    if (!m_recorder)
+        return;
     m_recorder->finishStudy();
     m_recorder->stopAcquisition();
     releaseRecorder();
@@ -249,6 +255,7 @@ void EcgMonitorWindow::showRecording()
     m_browseDisplay = new QSignalBrowseDisplay(m_ui->frameECG);
     m_browseDisplay->setAccessibleName(tr("Recorded ECG"));
     m_ui->displayLayout->addWidget(m_browseDisplay);
+    m_browseDisplay->show();
     // Above the other displays, below what floats over them.
     m_browseDisplay->stackUnder(m_ui->ecgDisplay1);
     setTabOrder(m_ui->btnFilterNotch, m_browseDisplay);

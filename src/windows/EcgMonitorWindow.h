@@ -114,5 +114,5 @@ private:
     std::unique_ptr<TOfflineFilterChain> m_signalFilter;
     QSignalBrowseDisplay* m_browseDisplay = nullptr;
     std::unique_ptr<LeadMenu> m_contextMenu;
-    QTimer m_timer;
+    QTimer m_timer{this};
 };

@@ -14,7 +14,8 @@ void WarningBoxes::show(const QString& text)
 
 void WarningBoxes::showNext()
 {
-    if (m_box || m_texts.isEmpty())
+    // A window that was closed is about to go.
+    if (m_box || m_texts.isEmpty() || !m_window->isVisible())
         return;
     m_box = new QMessageBox(QMessageBox::Warning, tr("Warning"), m_texts.first(), QMessageBox::Ok, m_window);
     m_box->setTextFormat(Qt::PlainText);

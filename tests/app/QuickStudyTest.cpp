@@ -6,9 +6,8 @@ namespace {
 
 TQuickPatient goodPatient()
 {
-    return {QStringLiteral("Diaz"), QStringLiteral("Ana"), QStringLiteral("50"),
-            "19740102",             "F",                   QStringLiteral("H-7"),
-            QStringLiteral("30111")};
+    return {QStringLiteral("Diaz"), QStringLiteral("Ana"),  QStringLiteral("50"), "19740102", "F",
+            QStringLiteral("H-7"),  QStringLiteral("30111")};
 }
 
 QDateTime someTime()
@@ -101,8 +100,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("maximum");
         QTest::addColumn<QByteArray>("submaximum");
         const auto row = [](const char* age, const char* sex, const char* maximum, const char* submaximum) {
-            QTest::addRow("%s %s", age, sex)
-                << QString::fromLatin1(age) << QByteArray(sex) << QByteArray(maximum) << QByteArray(submaximum);
+            QTest::addRow("%s %s", age, sex) << QString::fromLatin1(age) << QByteArray(sex)
+                                             << QByteArray(maximum) << QByteArray(submaximum);
         };
         row("50", "M", "170", "144"); // of 144.5
         row("50", "F", "160", "136");
@@ -132,7 +131,9 @@ private Q_SLOTS:
         patient.firstName = QStringLiteral("Ana\t");
         patient.age = QStringLiteral(" 50 ");
         const StudyInfo info = quickStressInfo(patient, "Bruce", someTime());
-        QCOMPARE(info.lastName, QByteArray("D\xc3\xad" "az Pe\xc3\xb1" "a"));
+        QCOMPARE(info.lastName, QByteArray("D\xc3\xad"
+                                           "az Pe\xc3\xb1"
+                                           "a"));
         QCOMPARE(info.firstName, QByteArray("Ana"));
         QCOMPARE(info.age, QByteArray("50"));
         QCOMPARE(info.trainingZoneMax, QByteArray("160"));

@@ -79,12 +79,11 @@ private Q_SLOTS:
 
     void entriesOfOtherPartsArePassedOver()
     {
-        settings::recentStudyList.setValue({QStringLiteral("1||20240305070809||Diaz||Ana"),
-                                            QStringLiteral("2||20240305070809||Diaz"), QString(),
-                                            QStringLiteral("3||20240305070809||Diaz||Ana||more"),
-                                            QStringLiteral("4|20240305070809|Diaz|Ana"),
-                                            QStringLiteral("5||20240305070809||||"),
-                                            QStringLiteral("6||no time||Diaz||Ana")});
+        settings::recentStudyList.setValue(
+            {QStringLiteral("1||20240305070809||Diaz||Ana"), QStringLiteral("2||20240305070809||Diaz"),
+             QString(), QStringLiteral("3||20240305070809||Diaz||Ana||more"),
+             QStringLiteral("4|20240305070809|Diaz|Ana"), QStringLiteral("5||20240305070809||||"),
+             QStringLiteral("6||no time||Diaz||Ana")});
         QCOMPARE(shownIds(), words("1 5 6"));
         QCOMPARE(RecentStudies::shown()[1].patient, QStringLiteral(", "));
         QVERIFY(!RecentStudies::shown()[2].time.isValid());

@@ -20,8 +20,8 @@ QString kindOf(const TEquipment* equipment)
 {
     if (!equipment)
         return QStringLiteral("by hand");
-    const QString kind =
-        equipment->kind() == TEquipment::Treadmill ? QStringLiteral("treadmill") : QStringLiteral("ergometer");
+    const QString kind = equipment->kind() == TEquipment::Treadmill ? QStringLiteral("treadmill")
+                                                                    : QStringLiteral("ergometer");
     if (dynamic_cast<const TOlmoErgometer*>(equipment))
         return QStringLiteral("olmo ") + kind;
     return (dynamic_cast<const TKipnetTreadmill*>(equipment) ? QStringLiteral("kipnet ") : QString()) + kind;
@@ -38,8 +38,9 @@ private Q_SLOTS:
 
     void aStoreWithoutRoomIsTold()
     {
-        QCOMPARE(spaceWarning(FullStore()), QStringLiteral("There is not enough free space on disk.\n"
-                                                           "Please free at least 50 MB to start a new study."));
+        QCOMPARE(spaceWarning(FullStore()),
+                 QStringLiteral("There is not enough free space on disk.\n"
+                                "Please free at least 50 MB to start a new study."));
     }
 
     void aStoreWithRoomIsNotSpokenOf() { QCOMPARE(spaceWarning(LocalStudyDatabase(QString())), QString()); }

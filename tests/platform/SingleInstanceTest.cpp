@@ -72,6 +72,18 @@ private Q_SLOTS:
         QVERIFY(TSingleInstance().isFirst());
     }
 
+    void aCleanedUpFolderOfTemporaryFilesDoesNotEither()
+    {
+        auto [other, answer] = startInstance();
+        QCOMPARE(answer, QByteArray("first"));
+        other->kill();
+        QVERIFY(other->waitForFinished());
+        // The next file may get the number of this one, and with it the key of what the killed process left.
+        const QSharedMemory left(QStringLiteral("Velantor %1").arg(QCoreApplication::applicationName()));
+        QVERIFY(QFile::remove(left.nativeKey()));
+        QVERIFY(TSingleInstance().isFirst());
+    }
+
 private:
     /// Ends with its QProcess.
     static std::pair<std::unique_ptr<QProcess>, QByteArray> startInstance()

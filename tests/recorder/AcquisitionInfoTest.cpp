@@ -27,8 +27,8 @@ private Q_SLOTS:
         QFETCH(int, mask);
         QTemporaryFile samples;
         QVERIFY(samples.open());
-        const TDemoAcqDevice device(QFile::encodeName(samples.fileName()).constData(), 14, 500, 2, 16, 300.0, 0,
-                                    mask);
+        const TDemoAcqDevice device(QFile::encodeName(samples.fileName()).constData(), 14, 500, 2, 16, 300.0,
+                                    0, mask);
         StudyInfo info;
         info.lastName = "Diaz";
         fillAcquisition(info, device);

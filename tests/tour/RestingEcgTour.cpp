@@ -79,7 +79,8 @@ void RestingEcgTour::refuseToStartWithoutDevice()
     m_driver.type("txtLastName", text("García Hernández"));
     m_driver.type("txtFirstName", text("María Fernanda"));
     m_driver.click("btnStartEcg");
-    m_driver.waitFor(QStringLiteral("the error"), [] { return QApplication::activeModalWidget() != nullptr; });
+    m_driver.waitFor(QStringLiteral("the error"),
+                     [] { return QApplication::activeModalWidget() != nullptr; });
     m_driver.picture(QStringLiteral("device-not-found"));
     m_driver.closeBox();
     m_driver.waitForWindow(launcher);
@@ -169,7 +170,8 @@ void RestingEcgTour::lookAtRecentStudies()
 
 void RestingEcgTour::looseElectrodes()
 {
-    useDevice({QStringLiteral("--electrodes-off"), QStringLiteral("LA,V3"), QStringLiteral("--battery"),
+    useDevice(false,
+              {QStringLiteral("--electrodes-off"), QStringLiteral("LA,V3"), QStringLiteral("--battery"),
                QStringLiteral("2.1"), QStringLiteral("--saturate"), QStringLiteral("V5")});
     openEcgSection();
     m_driver.type("txtLastName", QStringLiteral("Alonso"));
@@ -180,16 +182,19 @@ void RestingEcgTour::looseElectrodes()
                      [] { return TourDriver::find("ElectrodeStatusWidget") != nullptr; });
     m_driver.waitFor(QStringLiteral("the battery icon"),
                      [] { return TourDriver::find("lowBatteryIcon") != nullptr; });
+    m_driver.waitFor(QStringLiteral("the label of a lead out of range"),
+                     [] { return TourDriver::find("inoperativeLabel") != nullptr; });
     m_driver.picture(QStringLiteral("monitor-electrodes-off"));
     m_driver.click("btnHide");
     record(3);
     stopRecording();
     saveStudy();
+    takeDeviceAway();
 }
 
 void RestingEcgTour::takeDeviceEcg()
 {
-    useDevice({QStringLiteral("--hang-up"), QStringLiteral("12:6")});
+    useDevice(true, {QStringLiteral("--hang-up"), QStringLiteral("12:6")});
     openEcgSection();
     m_driver.type("txtLastName", QStringLiteral("Wolfeschlegelsteinhausenbergerdorff-Montenegro"));
     m_driver.type("txtFirstName", QStringLiteral("Maximiliano Bartolomeo Alejandro"));
@@ -202,6 +207,7 @@ void RestingEcgTour::takeDeviceEcg()
     m_driver.picture(QStringLiteral("monitor-cable-back"));
     stopRecording();
     saveStudy();
+    takeDeviceAway();
 }
 
 void RestingEcgTour::takeEcgByKeyboard()
@@ -253,8 +259,10 @@ void RestingEcgTour::startMonitor()
     m_driver.click("btnStartEcg");
     m_clock.restart();
     m_driver.waitForWindow(monitor);
+    m_waits.append(QStringLiteral("start button to monitor %1").arg(m_clock.elapsed()));
     m_driver.waitFor(QStringLiteral("a trace"), hasTrace);
-    m_waits.append(QStringLiteral("start button to trace %1").arg(m_clock.elapsed()));
+    m_waits.append(
+        QStringLiteral("start button to trace, with the delay of the filters %1").arg(m_clock.elapsed()));
 }
 
 void RestingEcgTour::record(int seconds)
@@ -286,21 +294,25 @@ void RestingEcgTour::saveStudy()
     m_waits.append(QStringLiteral("save button to launcher %1").arg(m_clock.elapsed()));
 }
 
-void RestingEcgTour::useDevice(const QStringList& options)
+void RestingEcgTour::useDevice(bool highRate, const QStringList& options)
 {
+    QStringList arguments{QStringLiteral("--source"), m_places.deviceSource};
+    if (highRate)
+        arguments << QStringLiteral("--high-rate") << QStringLiteral("--range") << QStringLiteral("300");
     m_device = std::make_unique<QProcess>();
-    m_device->setProgram(m_places.simulator);
-    m_device->setArguments(QStringList{QStringLiteral("--high-rate"), QStringLiteral("--source"),
-                                       m_places.deviceSource, QStringLiteral("--range"),
-                                       QStringLiteral("300")} +
-                           options);
-    m_device->start();
+    m_device->start(m_places.simulator, arguments + options);
     if (!m_device->waitForReadyRead(10000))
         throw TTourError("The simulated device does not start");
     const QString port = QString::fromUtf8(m_device->readLine()).trimmed();
-    TourDriver::onScreen([&port] {
+    TourDriver::onScreen([&port, highRate] {
         settings::acqMode.setValue(QStringLiteral("bluetooth-com"));
         settings::acqBluetoothPort.setValue(port);
-        settings::hrProtocol.setValue(true);
+        settings::hrProtocol.setValue(highRate);
     });
+}
+
+void RestingEcgTour::takeDeviceAway()
+{
+    m_device->kill();
+    m_device->waitForFinished();
 }

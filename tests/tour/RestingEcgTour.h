@@ -18,9 +18,9 @@ struct TTourPlaces
     QString deviceSource;
 };
 
-/// A morning at the resting ECG, from the first start of the program to its end: every section of the launcher,
-/// the study dialog, an ECG of the demonstration that is taken twice, one from a device with loose electrodes
-/// and one with the keyboard alone.
+/// A morning at the resting ECG, from the first start of the program to its end: every section of the
+/// launcher, the study dialog, an ECG of the demonstration that is taken twice, one from a device with loose
+/// electrodes and one with the keyboard alone.
 class RestingEcgTour
 {
 public:
@@ -51,7 +51,8 @@ private:
     void record(int seconds);
     void stopRecording();
     void saveStudy();
-    void useDevice(const QStringList& options);
+    void useDevice(bool highRate, const QStringList& options);
+    void takeDeviceAway();
 
     TTourPlaces m_places;
     TourDriver m_driver;

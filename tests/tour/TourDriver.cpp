@@ -1,6 +1,7 @@
 #include "tour/TourDriver.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QElapsedTimer>
@@ -9,6 +10,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QScreen>
+#include <QScrollBar>
 #include <QThread>
 #include <QtTest>
 
@@ -53,13 +55,22 @@ template <typename Work> void post(Work work)
     QMetaObject::invokeMethod(qApp, work, Qt::QueuedConnection);
 }
 
+/// Also letters that no key of a plain keyboard has.
+void typeText(QWidget* widget, const QString& text)
+{
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+}
+
 bool isCut(const QWidget* widget)
 {
+    if (const auto* view = qobject_cast<const QAbstractItemView*>(widget))
+        return view->horizontalScrollBar()->isVisible();
     if (const auto* label = qobject_cast<const QLabel*>(widget)) {
-        if (label->text().isEmpty())
+        if (label->text().isEmpty() || label->inherits("ElidedLabel"))
             return false;
-        const QSize needed = label->wordWrap() ? QSize(0, label->heightForWidth(label->width()))
-                                               : label->sizeHint();
+        const QSize needed =
+            label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
         return needed.width() > label->width() || needed.height() > label->height();
     }
     const auto* button = qobject_cast<const QAbstractButton*>(widget);
@@ -69,10 +80,14 @@ bool isCut(const QWidget* widget)
 QStringList cutTextsOf(const QWidget* window)
 {
     QStringList cut;
+    if (!window->screen()->geometry().contains(window->frameGeometry()))
+        cut.append(QStringLiteral("%1, which is larger than the screen")
+                       .arg(QString::fromLatin1(window->metaObject()->className())));
     for (const QWidget* widget : window->findChildren<QWidget*>()) {
         if (widget->isVisible() && isCut(widget))
-            cut.append(QStringLiteral("%1 of %2").arg(
-                widget->objectName(), QString::fromLatin1(window->metaObject()->className())));
+            cut.append(
+                QStringLiteral("%1 of %2")
+                    .arg(widget->objectName(), QString::fromLatin1(window->metaObject()->className())));
     }
     return cut;
 }
@@ -161,7 +176,7 @@ void TourDriver::type(const char* name, const QString& text)
         if (text.isEmpty())
             QTest::keyClick(edit, Qt::Key_Delete);
         else
-            QTest::keyClicks(edit, text);
+            typeText(edit, text);
     });
 }
 
@@ -199,7 +214,7 @@ void TourDriver::typeAtFocus(const QString& text)
 {
     onScreen([&text] {
         if (QWidget* focus = QApplication::focusWidget())
-            QTest::keyClicks(focus, text);
+            typeText(focus, text);
     });
 }
 
@@ -219,12 +234,9 @@ QString TourDriver::closeBox()
 void TourDriver::picture(const QString& name)
 {
     pause(settleMs);
-    const QImage image =
-        onScreen([] { return QGuiApplication::primaryScreen()->grabWindow(0).toImage(); });
-    const QString file = QStringLiteral("%1/%2-%3.png")
-                             .arg(m_folder)
-                             .arg(++m_pictures, 2, 10, QLatin1Char('0'))
-                             .arg(name);
+    const QImage image = onScreen([] { return QGuiApplication::primaryScreen()->grabWindow(0).toImage(); });
+    const QString file =
+        QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name);
     if (image.isNull() || !image.save(file))
         fail(QStringLiteral("Cannot write ") + file);
     const QStringList cut = onScreen([] {
@@ -235,6 +247,8 @@ void TourDriver::picture(const QString& name)
         }
         return all;
     });
-    for (const QString& text : cut)
-        m_cutTexts.append(QStringLiteral("%1: %2").arg(name, text));
+    for (const QString& text : cut) {
+        if (!m_cutTexts.contains(text))
+            m_cutTexts.append(text);
+    }
 }

@@ -17,9 +17,9 @@ public:
 };
 
 /// The hands and eyes of somebody who uses the program: finds controls by their object names, presses them,
-/// types, waits and takes pictures of the whole screen. It lives on a thread of its own, because a dialog keeps
-/// the main thread until somebody closes it; all that touches a widget runs there. Every wait ends with a
-/// TTourError that says what did not come.
+/// types, waits and takes pictures of the whole screen. It lives on a thread of its own, because a dialog
+/// keeps the main thread until somebody closes it; all that touches a widget runs there. Every wait ends with
+/// a TTourError that says what did not come.
 class TourDriver
 {
 public:
@@ -34,7 +34,8 @@ public:
             QMetaObject::invokeMethod(qApp, work, Qt::BlockingQueuedConnection);
         } else {
             TResult result{};
-            QMetaObject::invokeMethod(qApp, [&] { result = work(); }, Qt::BlockingQueuedConnection);
+            QMetaObject::invokeMethod(
+                qApp, [&] { result = work(); }, Qt::BlockingQueuedConnection);
             return result;
         }
     }
@@ -61,9 +62,9 @@ public:
     /// Waits for a message box and closes it by its default button; returns its text.
     QString closeBox();
 
-    /// The whole screen after a moment for animations. Fails if a text of a window on it is cut.
+    /// The whole screen after a moment for animations.
     void picture(const QString& name);
-    /// Any failure of the texts so far.
+    /// What the pictures so far show in part only: texts that are cut, windows that do not fit on the screen.
     QStringList cutTexts() const { return m_cutTexts; }
 
     /// A control among the windows that may be used now, or null.

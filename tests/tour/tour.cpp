@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <memory>
 
-// tour PICTURES SIMULATOR SOURCE: runs the desktop program and uses it as a technician would. Writes pictures of
-// the screen into the folder PICTURES. SIMULATOR is the program that stands in for an ECG device, SOURCE what it
-// plays.
+// tour PICTURES SIMULATOR SOURCE: runs the desktop program and uses it as a technician would. Writes pictures
+// of the screen into the folder PICTURES. SIMULATOR is the program that stands in for an ECG device, SOURCE
+// what it plays.
 
 namespace {
 
