@@ -253,6 +253,21 @@
     </message>
 </context>
 <context>
+    <name>Failure</name>
+    <message>
+        <source>Communication with ergometer/treadmill device failed.</source>
+        <translation>Falló la comunicación con el ergómetro o la cinta.</translation>
+    </message>
+    <message>
+        <source>Communication with ECG acquiring device failed.</source>
+        <translation>Falló la comunicación con el equipo de adquisición de ECG.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be written. Is the disk full?</source>
+        <translation>No se puede guardar el registro. ¿Está lleno el disco?</translation>
+    </message>
+</context>
+<context>
     <name>LeadMenu</name>
     <message>
         <source>Black</source>

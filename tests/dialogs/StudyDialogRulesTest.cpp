@@ -3,7 +3,7 @@
 #include <QDateTimeEdit>
 #include <QSpinBox>
 
-/// What the form works out while a user types, and when it can be accepted.
+/// What the form works out while a user types.
 class StudyDialogRulesTest : public QObject
 {
     Q_OBJECT
@@ -27,9 +27,6 @@ private Q_SLOTS:
     void theBodyMassIndexFollowsWeightAndHeight();
     void theBodyMassIndexOfAStudyIsShown();
     void whatIsWorkedOutCannotBeTyped();
-    void fieldsInErrorAreMarked_data();
-    void fieldsInErrorAreMarked();
-    void marksFollowTheFields();
 
 private:
     std::unique_ptr<TDialogStore> m_store;
@@ -42,11 +39,6 @@ StudyInfo existing(const char* type)
     StudyInfo info = infoOfType(type);
     info.studyDateTime = "20200615120000";
     return info;
-}
-
-bool isMarked(const QWidget* field)
-{
-    return field->styleSheet() == QStringLiteral("background-color: lightyellow");
 }
 
 } // namespace
@@ -243,100 +235,6 @@ void StudyDialogRulesTest::whatIsWorkedOutCannotBeTyped()
     const StudyDialog dialog(nullptr, infoOfType("ECG"), true);
     for (const char* name : {"txtBMI", "txtHRMax", "txtHRSubmax"})
         QVERIFY2(lineOf(dialog, name)->isReadOnly(), name);
-}
-
-void StudyDialogRulesTest::fieldsInErrorAreMarked_data()
-{
-    QTest::addColumn<QByteArray>("studyType");
-    QTest::addColumn<QString>("lastName");
-    QTest::addColumn<QString>("firstName");
-    QTest::addColumn<QString>("age");
-    QTest::addColumn<int>("sex");
-    // In the order of the columns, a letter for each mark.
-    QTest::addColumn<QString>("marked");
-    const QByteArray ecg("ECG");
-    const QByteArray stress("Stress test");
-    QTest::newRow("stress, all good") << stress << "Perez"
-                                      << "Ana"
-                                      << "50" << 2 << "";
-    QTest::newRow("stress, nothing") << stress << ""
-                                     << ""
-                                     << "" << 0 << "LFAS";
-    QTest::newRow("stress, blanks") << stress << "  "
-                                    << " "
-                                    << "50" << 1 << "LF";
-    QTest::newRow("stress at 1") << stress << "Perez"
-                                 << "Ana"
-                                 << "1" << 1 << "A";
-    QTest::newRow("stress at 2") << stress << "Perez"
-                                 << "Ana"
-                                 << "2" << 1 << "";
-    QTest::newRow("stress, no sex") << stress << "Perez"
-                                    << "Ana"
-                                    << "50" << 0 << "S";
-    QTest::newRow("tilt, nothing") << QByteArray("Tilt test") << ""
-                                   << ""
-                                   << "" << 0 << "LFAS";
-    QTest::newRow("ECG, names alone") << ecg << "Perez"
-                                      << "Ana"
-                                      << "" << 0 << "";
-    QTest::newRow("ECG at 1") << ecg << "Perez"
-                              << "Ana"
-                              << "1" << 0 << "";
-    QTest::newRow("ECG, nothing") << ecg << ""
-                                  << ""
-                                  << "" << 0 << "LF";
-    QTest::newRow("ECG, no first name") << ecg << "Perez"
-                                        << " "
-                                        << "50" << 1 << "F";
-}
-
-void StudyDialogRulesTest::fieldsInErrorAreMarked()
-{
-    QFETCH(QByteArray, studyType);
-    QFETCH(QString, lastName);
-    QFETCH(QString, firstName);
-    QFETCH(QString, age);
-    QFETCH(int, sex);
-    QFETCH(QString, marked);
-    StudyInfo info = infoOfType(studyType.constData());
-    info.lastName = lastName.toUtf8();
-    info.firstName = firstName.toUtf8();
-    info.age = age.toUtf8();
-    info.sex = sex == 1 ? "M" : sex == 2 ? "F" : "";
-    for (const bool isNew : {true, false}) {
-        const StudyDialog dialog(nullptr, info, isNew);
-        QString marks;
-        marks += isMarked(lineOf(dialog, "txtLastName")) ? QStringLiteral("L") : QString();
-        marks += isMarked(lineOf(dialog, "txtFirstName")) ? QStringLiteral("F") : QString();
-        marks += isMarked(lineOf(dialog, "txtAge")) ? QStringLiteral("A") : QString();
-        marks += isMarked(comboOf(dialog, "cboSex")) ? QStringLiteral("S") : QString();
-        QCOMPARE(marks, marked);
-        QCOMPARE(okButton(dialog)->isEnabled(), marked.isEmpty());
-    }
-}
-
-void StudyDialogRulesTest::marksFollowTheFields()
-{
-    const StudyDialog dialog(nullptr, infoOfType("Stress test"), true);
-    type(lineOf(dialog, "txtLastName"), "Perez");
-    QCOMPARE(lineOf(dialog, "txtLastName")->styleSheet(), QString());
-    QVERIFY(!okButton(dialog)->isEnabled());
-    type(lineOf(dialog, "txtFirstName"), "Ana");
-    type(lineOf(dialog, "txtBirthDate"), "1/2/56");
-    QVERIFY(!isMarked(lineOf(dialog, "txtAge")));
-    QVERIFY(!okButton(dialog)->isEnabled());
-    comboOf(dialog, "cboSex")->setCurrentIndex(1);
-    QVERIFY(okButton(dialog)->isEnabled());
-    // The birth date takes the age with it.
-    type(lineOf(dialog, "txtBirthDate"), "29/2/2023");
-    QVERIFY(isMarked(lineOf(dialog, "txtAge")));
-    QVERIFY(!okButton(dialog)->isEnabled());
-    type(lineOf(dialog, "txtAge"), "30");
-    QVERIFY(okButton(dialog)->isEnabled());
-    comboOf(dialog, "cboSex")->setCurrentIndex(0);
-    QVERIFY(isMarked(comboOf(dialog, "cboSex")));
-    QVERIFY(!okButton(dialog)->isEnabled());
 }
 
 QTEST_MAIN(StudyDialogRulesTest)

@@ -55,6 +55,22 @@ QColor meanColour(const QImage& image)
     return count ? QColor(int(red / count), int(green / count), int(blue / count)) : QColor();
 }
 
+double luminance(const QColor& colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+/// 1 for equal colours, 21 for black on white.
+double contrast(const QColor& one, const QColor& other)
+{
+    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
+    return (high + 0.05) / (low + 0.05);
+}
+
 } // namespace
 
 class IconsTest : public QObject
@@ -69,6 +85,7 @@ private Q_SLOTS:
     void everyIconIsPaintedInEverySize();
     void largeIconsAreDrawnNotStretched();
     void onlyAnAlarmIsRed();
+    void iconsOverTheEcgAreSeenOnDarkAndOnLightPaper();
     void anIconWithoutResourceIsEmpty();
 };
 
@@ -137,6 +154,15 @@ void IconsTest::onlyAnAlarmIsRed()
         const bool red = colour.red() > colour.green() + 60 && colour.red() > colour.blue() + 60;
         QVERIFY2(red == (alias == QLatin1String("low-battery")), qPrintable(alias));
         QVERIFY2(red || colour.lightness() > 100, qPrintable(alias));
+    }
+}
+
+void IconsTest::iconsOverTheEcgAreSeenOnDarkAndOnLightPaper()
+{
+    for (const char* alias : {":/res/low-battery", ":/res/connecting"}) {
+        const QColor colour = meanColour(painted(QIcon(QLatin1String(alias)), 100));
+        QVERIFY2(contrast(colour, Qt::white) > 2.8, alias);
+        QVERIFY2(contrast(colour, Qt::black) > 4.5, alias);
     }
 }
 

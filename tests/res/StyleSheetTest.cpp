@@ -258,7 +258,6 @@ void StyleSheetTest::longTextOfAButtonIsNotCut()
     QPushButton button(QIcon(QStringLiteral(":/res/female")), QStringLiteral("A rather long text"));
     button.ensurePolished();
     QVERIFY(button.minimumSizeHint().width() > button.fontMetrics().horizontalAdvance(button.text()) + 40);
-    QVERIFY(button.minimumWidth() < button.minimumSizeHint().width());
     QCOMPARE(button.minimumWidth(), 0);
 }
 
