@@ -39,19 +39,6 @@ void letSheetStyleRows(QComboBox& combo)
         combo.setItemDelegate(new QStyledItemDelegate(&combo));
 }
 
-/// The sheet gives the hint of an empty field the colour of its text: it would look like an entry.
-void dimHint(QLineEdit& field)
-{
-    if (field.placeholderText().isEmpty())
-        return;
-    // The sheet comes after this.
-    QTimer::singleShot(0, &field, [&field] {
-        QPalette palette = field.palette();
-        palette.setColor(QPalette::PlaceholderText, darkPalette().color(QPalette::PlaceholderText));
-        field.setPalette(palette);
-    });
-}
-
 /// The sheet gives hints in empty fields the colour of what is typed there.
 void dimHint(QWidget& field)
 {
@@ -107,6 +94,4 @@ void DarkStyle::polish(QWidget* widget)
         letSheetStyleRows(*combo);
     else if (hasHint(widget))
         dimHint(*widget);
-    else if (auto* field = qobject_cast<QLineEdit*>(widget))
-        dimHint(*field);
 }

@@ -79,6 +79,7 @@ void StudyDialog::setTitle()
 void StudyDialog::setUpCategories()
 {
     QListWidget* list = m_ui->listCategory;
+    list->addItems({tr("Patient"), tr("Risk factors"), tr("Study info"), tr("Protocol")});
     list->setCurrentRow(0);
     if (isEcg())
         list->model()->removeRow(list->count() - 1);
