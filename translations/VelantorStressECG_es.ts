@@ -228,10 +228,6 @@
         <source>Simulated ECG</source>
         <translation>ECG simulado</translation>
     </message>
-    <message>
-        <source>Recorded ECG</source>
-        <translation>ECG registrado</translation>
-    </message>
 </context>
 <context>
     <name>ElectrodeStatusWidget</name>
@@ -528,6 +524,13 @@
     <message>
         <source>Person ID</source>
         <translation>Documento</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingReview</name>
+    <message>
+        <source>Recorded ECG</source>
+        <translation>ECG registrado</translation>
     </message>
 </context>
 <context>

@@ -7,7 +7,6 @@
 #include <QDialog>
 #include <QDoubleSpinBox>
 #include <QGridLayout>
-#include <QHoverEvent>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -149,8 +148,8 @@ const std::array rows{
     TRow{"QTextEdit", textEdit},
 };
 
-/// A photograph of the control while it has the focus.
-QWidget* focused(const TMaker& make)
+/// A photograph of the control while it has the focus or is under the mouse.
+QWidget* photographed(const TMaker& make, TState state)
 {
     QDialog window;
     window.setAttribute(Qt::WA_DontShowOnScreen);
@@ -160,23 +159,22 @@ QWidget* focused(const TMaker& make)
     window.setFixedWidth(200);
     window.show();
     QApplication::setActiveWindow(&window);
-    control->setFocus(Qt::TabFocusReason);
+    if (state == TState::Focus)
+        control->setFocus(Qt::TabFocusReason);
+    else
+        control->clearFocus();
     QApplication::processEvents();
+    control->setAttribute(Qt::WA_UnderMouse, state == TState::Hover);
     auto* picture = new QLabel;
-    picture->setPixmap(control->grab());
+    picture->setPixmap(window.grab(control->geometry()));
     return picture;
 }
 
 QWidget* inState(const TMaker& make, TState state)
 {
-    if (state == TState::Focus)
-        return focused(make);
+    if (state == TState::Focus || state == TState::Hover)
+        return photographed(make, state);
     QWidget* control = make();
-    control->setAttribute(Qt::WA_UnderMouse, state == TState::Hover);
-    if (state == TState::Hover) {
-        QHoverEvent hover(QEvent::HoverMove, {8.0, 8.0}, {-1.0, -1.0});
-        QApplication::sendEvent(control, &hover);
-    }
     control->setDisabled(state == TState::Disabled);
     auto* asButton = qobject_cast<QAbstractButton*>(control);
     if (asButton && state == TState::Switched) {

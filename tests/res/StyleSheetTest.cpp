@@ -102,6 +102,7 @@ private Q_SLOTS:
     void longTextOfAButtonIsNotCut();
     void focusIsSeen_data();
     void focusIsSeen();
+    void buttonUnderTheMouseIsSeen();
     void switchedButtonIsSeen();
     void disabledIconIsDimmed();
     void buttonsAndRowsAreHighEnoughForAFinger();
@@ -287,6 +288,18 @@ void StyleSheetTest::focusIsSeen()
     QApplication::processEvents();
     QVERIFY(hasColour(picture(*control), ring));
     QCOMPARE(control->size(), sizeBefore);
+}
+
+void StyleSheetTest::buttonUnderTheMouseIsSeen()
+{
+    auto* button = new QPushButton(QStringLiteral("Save"));
+    button->setAutoDefault(false);
+    const auto dialog = shown(button);
+    QTest::mouseMove(dialog.get(), QPoint(1, 1));
+    const QImage away = picture(*button);
+    QTest::mouseMove(button);
+    QTRY_VERIFY(button->underMouse());
+    QVERIFY(picture(*button) != away);
 }
 
 void StyleSheetTest::switchedButtonIsSeen()
