@@ -36,7 +36,7 @@ build() {
     LC_ALL=C.UTF-8 cmake --build --preset release --target "$@"
 }
 
-if [[ -z ${DISPLAY-}${WAYLAND_DISPLAY-} ]]; then
+if [[ -z ${DISPLAY-} ]]; then
     echo "There is no display here: the program is used by a script on a virtual one."
     install_missing "${build_packages[@]}" "${display_packages[@]}"
     build ON tour velantor-cli sim-ecg-device ecg500

@@ -20,8 +20,9 @@ fail() {
 trap 'fail "the step above ended with an error (line $LINENO)"' ERR
 
 source=$build/ecg500.dat
-real=$(find "$recordings/ptb" -name 's0010_re.hea' 2>/dev/null | head -n 1)
-[[ -z $real ]] || source=${real%.hea}
+real=$recordings/ptb/s0010_re
+[[ ! -e $real.hea ]] || source=$(realpath "$real.hea")
+source=${source%.hea}
 
 # A home of its own: settings, data and the mark of the running program do not meet those of the user.
 rm -rf "$folder"
@@ -33,7 +34,8 @@ chmod 700 "$folder/tmp"
 tour=$build/bin/velantor-tour
 [[ $language == spanish ]] || tour=$build/bin/$language/velantor-tour
 cd "$build" # where the demonstration recording is
-"$sources/scripts/virtual-display.sh" "$size" "$tour" "$folder/pictures" "$build/simulators/sim-ecg-device" "$source"
+"$sources/scripts/virtual-display.sh" "$size" \
+    "$tour" "$language" "$folder/pictures" "$build/simulators/sim-ecg-device" "$source"
 
 data=$folder/home/VelantorStress
 mapfile -t studies < <("$cli" --data "$data" list | sed -n 's/.*"id":\([0-9]*\).*/\1/p')

@@ -32,7 +32,12 @@ wait_until test -s "$folder/number" || {
 }
 export DISPLAY=:$(<"$folder/number")
 export QT_QPA_PLATFORM=xcb
-openbox --sm-disable >>"$folder/log" 2>&1 &
+openbox --sm-disable --startup "touch $folder/managed" >>"$folder/log" 2>&1 &
 servers+=($!)
+wait_until test -e "$folder/managed" || {
+    echo "No window manager:" >&2
+    cat "$folder/log" >&2
+    exit 1
+}
 
 "$@"

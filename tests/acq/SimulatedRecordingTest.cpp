@@ -4,49 +4,12 @@
 #include "acq/TQtAcqDriver.h"
 #include "acq/TStdAcqDevice.h"
 #include "analysis/signals/TInt16Signal.h"
-#include "simulators/TEcgDeviceSimulator.h"
+#include "support/RunningDevice.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <atomic>
-#include <thread>
-
 namespace {
-
-/// The simulator on a thread of its own, for as long as the object lives.
-class TRunningDevice
-{
-public:
-    explicit TRunningDevice(const TEcgDeviceOptions& options,
-                            const QString& source = QStringLiteral("pattern"))
-        : m_simulator(options, sim::makeSampleSource(source, options.isHighRate ? 1000 : 500, 450.0)),
-          m_thread([this] {
-              m_simulator.run([this] {
-                  m_finished = m_simulator.isFinished();
-                  return m_done.load();
-              });
-          })
-    {
-    }
-    ~TRunningDevice()
-    {
-        m_done = true;
-        m_thread.join();
-    }
-    TRunningDevice(const TRunningDevice&) = delete;
-    TRunningDevice& operator=(const TRunningDevice&) = delete;
-
-    std::string path() const { return m_simulator.path(); }
-    /// Whether all frames have gone out.
-    bool isFinished() const { return m_finished; }
-
-private:
-    std::atomic<bool> m_done = false;
-    std::atomic<bool> m_finished = false;
-    TEcgDeviceSimulator m_simulator;
-    std::thread m_thread;
-};
 
 class TErrorCounter : public TAcqListener
 {

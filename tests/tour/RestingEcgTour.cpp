@@ -5,7 +5,8 @@
 #include "dialogs/StudyDialog.h"
 #include "display/QSignalMonitorDisplay.h"
 
-#include <QLabel>
+#include <QAbstractButton>
+#include <QDir>
 #include <QProcess>
 #include <QTreeWidget>
 
@@ -65,6 +66,12 @@ void RestingEcgTour::lookAtLauncher()
     m_driver.waitForWindow(launcher);
     m_waits.append(QStringLiteral("launcher ready %1").arg(m_clock.elapsed()));
     m_driver.picture(QStringLiteral("launcher"));
+    const QString expected =
+        m_places.language == QLatin1String("spanish") ? QStringLiteral("Cerrar") : QStringLiteral("Close");
+    const QString close = TourDriver::onScreen(
+        [] { return qobject_cast<QAbstractButton*>(TourDriver::find("btnClose"))->text(); });
+    if (QString(close).remove(QLatin1Char('&')) != expected)
+        throw TTourError("The program speaks another language: " + close.toStdString());
     m_driver.click("btnNewStudyStress");
     m_driver.picture(QStringLiteral("launcher-stress-test"));
     m_driver.click("btnOpenStudy");
@@ -296,14 +303,15 @@ void RestingEcgTour::saveStudy()
 
 void RestingEcgTour::useDevice(bool highRate, const QStringList& options)
 {
-    QStringList arguments{QStringLiteral("--source"), m_places.deviceSource};
+    // A name of its own: the number of a port that is gone may become that of another one.
+    const QString port = QDir::temp().filePath(QStringLiteral("ecg-device"));
+    QStringList arguments{QStringLiteral("--source"), m_places.deviceSource, QStringLiteral("--link"), port};
     if (highRate)
         arguments << QStringLiteral("--high-rate") << QStringLiteral("--range") << QStringLiteral("300");
     m_device = std::make_unique<QProcess>();
     m_device->start(m_places.simulator, arguments + options);
     if (!m_device->waitForReadyRead(10000))
         throw TTourError("The simulated device does not start");
-    const QString port = QString::fromUtf8(m_device->readLine()).trimmed();
     TourDriver::onScreen([&port, highRate] {
         settings::acqMode.setValue(QStringLiteral("bluetooth-com"));
         settings::acqBluetoothPort.setValue(port);

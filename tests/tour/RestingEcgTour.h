@@ -11,6 +11,8 @@ class QProcess;
 /// Where the tour finds what it needs, and where it leaves its pictures.
 struct TTourPlaces
 {
+    /// "english" or "spanish": what the program has to speak.
+    QString language;
     QString pictures;
     /// The simulated ECG device.
     QString simulator;

@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <memory>
 
-// tour PICTURES SIMULATOR SOURCE: runs the desktop program and uses it as a technician would. Writes pictures
-// of the screen into the folder PICTURES. SIMULATOR is the program that stands in for an ECG device, SOURCE
-// what it plays.
+// tour LANGUAGE PICTURES SIMULATOR SOURCE: runs the desktop program and uses it as a technician would. Writes
+// pictures of the screen into the folder PICTURES. LANGUAGE, english or spanish, is what the program has to
+// speak, SIMULATOR the program that stands in for an ECG device, SOURCE what it plays.
 
 namespace {
 
@@ -45,12 +45,12 @@ Q_COREAPP_STARTUP_FUNCTION(sendTechnician)
 
 int main(int argc, char* argv[])
 {
-    if (argc != 4) {
-        std::fputs("Usage: tour PICTURES SIMULATOR SOURCE\n", stderr);
+    if (argc != 5) {
+        std::fputs("Usage: tour LANGUAGE PICTURES SIMULATOR SOURCE\n", stderr);
         return 2;
     }
     places = {QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2]),
-              QString::fromLocal8Bit(argv[3])};
+              QString::fromLocal8Bit(argv[3]), QString::fromLocal8Bit(argv[4])};
     int count = 1;
     const int code = runDesktop(count, argv);
     technician->wait();
