@@ -263,8 +263,8 @@ void RestingEcgTour::openEcgSection()
 
 void RestingEcgTour::startMonitor()
 {
-    m_driver.click("btnStartEcg");
     m_clock.restart();
+    m_driver.click("btnStartEcg");
     m_driver.waitForWindow(monitor);
     m_waits.append(QStringLiteral("start button to monitor %1").arg(m_clock.elapsed()));
     m_driver.waitFor(QStringLiteral("a trace"), hasTrace);
@@ -284,8 +284,8 @@ void RestingEcgTour::record(int seconds)
 
 void RestingEcgTour::stopRecording()
 {
-    m_driver.click("btnStop");
     m_clock.restart();
+    m_driver.click("btnStop");
     m_driver.waitFor(QStringLiteral("what was recorded"), [] {
         const QWidget* save = TourDriver::find("btnSave");
         return save && save->isEnabled();
@@ -295,8 +295,8 @@ void RestingEcgTour::stopRecording()
 
 void RestingEcgTour::saveStudy()
 {
-    m_driver.click("btnSave");
     m_clock.restart();
+    m_driver.click("btnSave");
     m_driver.waitForWindow(launcher);
     m_waits.append(QStringLiteral("save button to launcher %1").arg(m_clock.elapsed()));
 }
