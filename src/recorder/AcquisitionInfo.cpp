@@ -3,6 +3,8 @@
 #include "acq/TAcqDevice.h"
 #include "study/StudyInfo.h"
 
+#include <QByteArrayList>
+
 void fillAcquisition(StudyInfo& info, const TAcqDevice& device)
 {
     QByteArrayList names;
