@@ -661,7 +661,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>State</source>
-        <translation>Provincia / Depto.</translation>
+        <translation>Provincia / Departamento</translation>
     </message>
     <message>
         <source>Phone number</source>
@@ -681,7 +681,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Submax %</source>
-        <translation>% de FC máx.</translation>
+        <translation>% de FC máxima</translation>
     </message>
     <message>
         <source>Factor</source>

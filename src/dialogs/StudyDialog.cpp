@@ -48,6 +48,14 @@ void mark(QWidget* field, bool isGood)
         field->setStyleSheet(style);
 }
 
+/// No entry is cut, in any language and under any style; what is left goes to the pages beside the list.
+void fitWidth(QListWidget* list)
+{
+    list->ensurePolished();
+    const int needed = list->sizeHintForColumn(0) + 2 * list->frameWidth();
+    list->setFixedWidth(std::max(list->minimumWidth(), needed));
+}
+
 } // namespace
 
 StudyDialog::StudyDialog(QWidget* parent, const StudyInfo& info, bool isNew)
@@ -85,11 +93,7 @@ void StudyDialog::setUpCategories()
     list->setCurrentRow(0);
     if (isEcg())
         list->model()->removeRow(list->count() - 1);
-    list->ensurePolished();
-    // As wide as the longest of them, in any language and under any style.
-    list->setMinimumWidth(
-        std::max(list->minimumWidth(), list->sizeHintForColumn(0) + 2 * list->frameWidth()));
-    list->setMaximumWidth(list->minimumWidth());
+    fitWidth(list);
     const auto turnBy = [this](int step) { return [this, step] { turnPage(step); }; };
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+PgDown")), this), &QShortcut::activated, this,
             turnBy(1));
