@@ -40,11 +40,11 @@
     </message>
     <message>
         <source>%1 is already running</source>
-        <translation>%1 ya está en ejecución</translation>
+        <translation>%1 ya se está ejecutando</translation>
     </message>
     <message>
         <source>Unspecified application error</source>
-        <translation>Error no especificado de la aplicación</translation>
+        <translation>Error desconocido de la aplicación</translation>
     </message>
 </context>
 <context>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Labels and time ruler</source>
-        <translation>Rótulos y regla de tiempo</translation>
+        <translation>Etiquetas y escala de tiempo</translation>
     </message>
     <message>
         <source>Average beat</source>
@@ -95,7 +95,7 @@
     </message>
     <message>
         <source>Fiducial marks</source>
-        <translation>Puntos fiduciales</translation>
+        <translation>Marcas fiduciales</translation>
     </message>
     <message>
         <source>Selected beat</source>
@@ -118,11 +118,11 @@
     </message>
     <message>
         <source>Live ECG</source>
-        <translation>ECG en tiempo real</translation>
+        <translation>ECG en vivo</translation>
     </message>
     <message>
         <source>Live ECG, second panel</source>
-        <translation>ECG en tiempo real, segundo panel</translation>
+        <translation>ECG en vivo, segundo panel</translation>
     </message>
     <message>
         <source>Start recording</source>
@@ -233,7 +233,7 @@
     <name>ElectrodeStatusWidget</name>
     <message>
         <source>Electrode status</source>
-        <translation>Estado de los electrodos</translation>
+        <translation>Electrodos</translation>
     </message>
     <message>
         <source>Do not show again</source>
@@ -252,7 +252,7 @@
     <name>Failure</name>
     <message>
         <source>Communication with ergometer/treadmill device failed.</source>
-        <translation>Falló la comunicación con el ergómetro o la cinta.</translation>
+        <translation>Falló la comunicación con el cicloergómetro o la cinta ergométrica.</translation>
     </message>
     <message>
         <source>Communication with ECG acquiring device failed.</source>
@@ -260,7 +260,7 @@
     </message>
     <message>
         <source>The recording cannot be written. Is the disk full?</source>
-        <translation>No se puede guardar el registro. ¿Está lleno el disco?</translation>
+        <translation>No se puede escribir el registro. ¿Está lleno el disco?</translation>
     </message>
 </context>
 <context>
@@ -279,7 +279,7 @@
     </message>
     <message>
         <source>Show leads</source>
-        <translation>Mostrar derivaciones</translation>
+        <translation>Derivaciones</translation>
     </message>
     <message>
         <source>Average beat</source>
@@ -377,7 +377,7 @@
     </message>
     <message>
         <source>Inoperative ECG</source>
-        <translation>ECG inoperante</translation>
+        <translation>ECG no operativo</translation>
     </message>
 </context>
 <context>
@@ -429,35 +429,35 @@
     </message>
     <message>
         <source>P on</source>
-        <translation>Inicio P</translation>
+        <translation>Inicio de P</translation>
     </message>
     <message>
         <source>P off</source>
-        <translation>Fin P</translation>
+        <translation>Fin de P</translation>
     </message>
     <message>
         <source>P peak</source>
-        <translation>Pico P</translation>
+        <translation>Pico de P</translation>
     </message>
     <message>
         <source>QRS on</source>
-        <translation>Inicio QRS</translation>
+        <translation>Inicio de QRS</translation>
     </message>
     <message>
         <source>QRS off</source>
-        <translation>Fin QRS</translation>
+        <translation>Fin de QRS</translation>
     </message>
     <message>
         <source>T on</source>
-        <translation>Inicio T</translation>
+        <translation>Inicio de T</translation>
     </message>
     <message>
         <source>T off</source>
-        <translation>Fin T</translation>
+        <translation>Fin de T</translation>
     </message>
     <message>
         <source>T peak</source>
-        <translation>Pico T</translation>
+        <translation>Pico de T</translation>
     </message>
     <message>
         <source>[RR %1]</source>
@@ -511,26 +511,26 @@
     </message>
     <message>
         <source>&amp;Patient ID</source>
-        <translation>ID del pacien&amp;te</translation>
+        <translation>N.º de pacien&amp;te</translation>
     </message>
     <message>
         <source>Perso&amp;n ID</source>
-        <translation>D&amp;ocumento</translation>
+        <translation>N.º de d&amp;ocumento</translation>
     </message>
     <message>
         <source>Patient ID</source>
-        <translation>ID del paciente</translation>
+        <translation>N.º de paciente</translation>
     </message>
     <message>
         <source>Person ID</source>
-        <translation>Documento</translation>
+        <translation>N.º de documento</translation>
     </message>
 </context>
 <context>
     <name>RecordingReview</name>
     <message>
         <source>Recorded ECG</source>
-        <translation>ECG registrado</translation>
+        <translation>Registro de ECG</translation>
     </message>
 </context>
 <context>
@@ -569,7 +569,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     <name>StudyDialog</name>
     <message>
         <source>Study data</source>
-        <translation>Datos del estudio</translation>
+        <translation>Estudio</translation>
     </message>
     <message>
         <source>Categories</source>
@@ -585,7 +585,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Study info</source>
-        <translation>Estudio</translation>
+        <translation>Datos del estudio</translation>
     </message>
     <message>
         <source>Protocol</source>
@@ -593,11 +593,11 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Repeat patient</source>
-        <translation>Repetir paciente</translation>
+        <translation>Usar último paciente</translation>
     </message>
     <message>
         <source>Patient ID / Medical record</source>
-        <translation>ID del paciente / Historia clínica</translation>
+        <translation>N.º de paciente / HC</translation>
     </message>
     <message>
         <source>ID type</source>
@@ -605,7 +605,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>ID number</source>
-        <translation>Número de documento</translation>
+        <translation>N.º de documento</translation>
     </message>
     <message>
         <source>Last name(s)</source>
@@ -645,11 +645,11 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Medical insurance</source>
-        <translation>Seguro médico</translation>
+        <translation>Seguro / Obra social</translation>
     </message>
     <message>
         <source>Medical insurance number</source>
-        <translation>Número de seguro médico</translation>
+        <translation>N.º de afiliado</translation>
     </message>
     <message>
         <source>Address</source>
@@ -661,7 +661,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>State</source>
-        <translation>Estado / Provincia</translation>
+        <translation>Provincia / Departamento</translation>
     </message>
     <message>
         <source>Phone number</source>
@@ -681,7 +681,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Submax %</source>
-        <translation>% submáximo</translation>
+        <translation>% de FC máxima</translation>
     </message>
     <message>
         <source>Factor</source>
@@ -700,10 +700,6 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
         <translation>Fecha/hora</translation>
     </message>
     <message>
-        <source>dd/MM/yyyy HH:mm:ss</source>
-        <translation>dd/MM/yyyy HH:mm:ss</translation>
-    </message>
-    <message>
         <source>Technician name</source>
         <translation>Técnico</translation>
     </message>
@@ -713,7 +709,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Referred by</source>
-        <translation>Referido por</translation>
+        <translation>Médico solicitante</translation>
     </message>
     <message>
         <source>Medication</source>
@@ -721,7 +717,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>Indication</source>
-        <translation>Indicación</translation>
+        <translation>Motivo del estudio</translation>
     </message>
     <message>
         <source>Protocols...</source>
@@ -729,11 +725,11 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
     </message>
     <message>
         <source>New ECG study</source>
-        <translation>Nuevo estudio de ECG</translation>
+        <translation>Nuevo ECG</translation>
     </message>
     <message>
         <source>New Stress Test study</source>
-        <translation>Nuevo estudio de prueba de esfuerzo</translation>
+        <translation>Nueva prueba de esfuerzo</translation>
     </message>
     <message>
         <source>Male</source>
@@ -766,7 +762,7 @@ Libere al menos 50 MB para iniciar un estudio nuevo.</translation>
         <source>Study file could not be exported to folder: %1
 Please check shared folder access with your network administrator.</source>
         <translation>No se pudo exportar el archivo del estudio a la carpeta: %1
-Consulte el acceso a la carpeta compartida con el administrador de su red.</translation>
+Verifique con el administrador de la red el acceso a la carpeta compartida.</translation>
     </message>
 </context>
 <context>

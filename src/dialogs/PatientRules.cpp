@@ -2,7 +2,9 @@
 
 #include "base/Text.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -13,6 +15,12 @@ constexpr double metresPerCentimetre = 0.01;
 QString storedFormat()
 {
     return QStringLiteral("yyyyMMdd");
+}
+
+int clampToInt(qint64 value)
+{
+    using TLimits = std::numeric_limits<int>;
+    return static_cast<int>(std::clamp<qint64>(value, TLimits::min(), TLimits::max()));
 }
 
 bool isFilled(const QString& name)
@@ -55,7 +63,7 @@ THeartRateTargets heartRateTargets(int age, bool male, int percent)
 {
     // Wide, for the age is whatever number someone typed.
     const qint64 maximum = (male ? 220 : 210) - qint64{age};
-    return {static_cast<int>(maximum), static_cast<int>(maximum * percent / 100)};
+    return {clampToInt(maximum), clampToInt(maximum * percent / 100)};
 }
 
 QString bodyMassIndex(const QByteArray& weight, const QByteArray& height)

@@ -26,7 +26,8 @@ struct THeartRateTargets
     int maximum;
     int submaximum; ///< the percentage of the maximum, truncated
 };
-/// The targets at an age of full years. Without a known sex those of a female stand.
+/// The targets at an age of full years. Without a known sex those of a female stand. Beyond the range of the
+/// result the nearest number of it stands.
 THeartRateTargets heartRateTargets(int age, bool male, int percent);
 /// Percentage of the submaximal target until a user chooses another one.
 inline constexpr int defaultSubmaximalPercent = 85;

@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QShortcut>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int maleIndex = 1;
@@ -46,10 +48,18 @@ void mark(QWidget* field, bool isGood)
         field->setStyleSheet(style);
 }
 
+/// No entry is cut, in any language and under any style; what is left goes to the pages beside the list.
+void fitWidth(QListWidget* list)
+{
+    list->ensurePolished();
+    const int needed = list->sizeHintForColumn(0) + 2 * list->frameWidth();
+    list->setFixedWidth(std::max(list->minimumWidth(), needed));
+}
+
 } // namespace
 
 StudyDialog::StudyDialog(QWidget* parent, const StudyInfo& info, bool isNew)
-    : QDialog(parent), m_ui(std::make_unique<Ui::StudyDialog>()), m_info(info), m_isNew(isNew)
+    : QDialog(parent), m_ui(std::make_unique<Ui::StudyDialog>()), m_info(info), m_edited(info), m_isNew(isNew)
 {
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -83,6 +93,7 @@ void StudyDialog::setUpCategories()
     list->setCurrentRow(0);
     if (isEcg())
         list->model()->removeRow(list->count() - 1);
+    fitWidth(list);
     const auto turnBy = [this](int step) { return [this, step] { turnPage(step); }; };
     connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+PgDown")), this), &QShortcut::activated, this,
             turnBy(1));
@@ -141,8 +152,9 @@ void StudyDialog::fill(const StudyInfo& source)
 {
     // First, for it works out targets that those of the study then replace.
     m_ui->cboSex->setCurrentIndex(sexIndex(source.sex));
-    m_form.fill(source, m_info);
-    fillBirthDate(source);
+    m_form.fill(source, m_edited);
+    takeHidden(source);
+    m_ui->txtBirthDate->setText(shownBirthDate(source.birthDate));
     selectProtocol(source.protocolName);
     m_riskFactors->fill(source.riskFactors);
     updateBodyMassIndex();
@@ -150,11 +162,12 @@ void StudyDialog::fill(const StudyInfo& source)
         updateHeartRateTargets();
 }
 
-void StudyDialog::fillBirthDate(const StudyInfo& source)
+void StudyDialog::takeHidden(const StudyInfo& source)
 {
-    m_info.birthDate = source.birthDate;
-    m_shownBirthDate = shownBirthDate(source.birthDate);
-    m_ui->txtBirthDate->setText(m_shownBirthDate);
+    for (const auto member : {&StudyInfo::country, &StudyInfo::animalSpecies, &StudyInfo::animalBreed})
+        m_edited.*member = source.*member;
+    // Among them may be factors without a row.
+    m_edited.riskFactors = source.riskFactors;
 }
 
 void StudyDialog::fillDateTime()
@@ -178,17 +191,12 @@ void StudyDialog::selectProtocol(const QByteArray& name)
         combo->setCurrentIndex(index);
 }
 
-void StudyDialog::collectBirthDate(StudyInfo& info) const
-{
-    if (m_ui->txtBirthDate->text() != m_shownBirthDate)
-        info.birthDate = storedBirthDate(parseBirthDate(m_ui->txtBirthDate->text()));
-}
-
-void StudyDialog::collectDateTime(StudyInfo& info) const
+void StudyDialog::collectDateTime()
 {
     const QDateTime time = m_ui->dtStudyDateTime->dateTime();
     if (m_isNew || time != m_shownDateTime)
-        info.studyDateTime = velantor::toText(time.toString(dateTimeFormat()));
+        m_edited.studyDateTime = velantor::toText(time.toString(dateTimeFormat()));
+    m_shownDateTime = time;
 }
 
 void StudyDialog::saveLists() const
@@ -259,13 +267,14 @@ void StudyDialog::on_txtAge_textEdited()
 
 void StudyDialog::on_StudyDialog_accepted()
 {
-    m_form.collect(m_info);
-    collectBirthDate(m_info);
-    m_info.sex = sexAt(m_ui->cboSex->currentIndex());
-    if (!isEcg())
-        m_info.protocolName = velantor::toText(m_ui->cboProtocol->currentText());
-    collectDateTime(m_info);
-    m_info.riskFactors = m_riskFactors->collect(m_info.riskFactors);
+    m_form.collect(m_edited);
+    m_edited.birthDate = storedBirthDate(parseBirthDate(m_ui->txtBirthDate->text()));
+    m_edited.sex = sexAt(m_ui->cboSex->currentIndex());
+    if (m_isNew && !isEcg())
+        m_edited.protocolName = velantor::toText(m_ui->cboProtocol->currentText());
+    collectDateTime();
+    m_edited.riskFactors = m_riskFactors->collect(m_edited.riskFactors);
+    m_info = m_edited;
     saveLists();
 }
 

@@ -27,8 +27,8 @@ public:
     StudyDialog(QWidget* parent, const StudyInfo& info, bool isNew);
     ~StudyDialog() override;
 
-    /// After acceptance the study as the form has it, before and else as it was given. Fields that the form
-    /// doesn't show stay as they were.
+    /// The study as the form had it when it was last accepted, until then as it was given. Fields that the
+    /// form doesn't show stay as they were, or are those of the patient who was entered again.
     StudyInfo info() const { return m_info; }
 
 private Q_SLOTS:
@@ -53,11 +53,10 @@ private:
     void setUpValidation();
 
     void fill(const StudyInfo& source);
-    void fillBirthDate(const StudyInfo& source);
+    void takeHidden(const StudyInfo& source);
     void fillDateTime();
     void selectProtocol(const QByteArray& name);
-    void collectBirthDate(StudyInfo& info) const;
-    void collectDateTime(StudyInfo& info) const;
+    void collectDateTime();
     void saveLists() const;
 
     void updateBodyMassIndex();
@@ -68,8 +67,9 @@ private:
     std::unique_ptr<TRiskFactorRows> m_riskFactors;
     TStudyForm m_form;
     StudyInfo m_info;
-    /// What the fields showed of the study; as long as they show it, the study's own text stands.
+    /// The study behind what the fields show, accepted or not.
+    StudyInfo m_edited;
+    /// What the field showed of the study; as long as it shows it, the study's own text stands.
     QDateTime m_shownDateTime;
-    QString m_shownBirthDate;
     bool m_isNew;
 };

@@ -39,11 +39,12 @@ void TStudyForm::fill(const StudyInfo& source, StudyInfo& kept)
     }
 }
 
-void TStudyForm::collect(StudyInfo& kept) const
+void TStudyForm::collect(StudyInfo& kept)
 {
-    for (const TField& each : m_fields) {
+    for (TField& each : m_fields) {
         const QString text = textOf(each.field).read(each.field).toString();
         if (text != each.shown)
             kept.*each.member = velantor::toText(text);
+        each.shown = text;
     }
 }

@@ -20,8 +20,8 @@ public:
 
     /// Shows the texts of `source` and copies them to `kept`.
     void fill(const StudyInfo& source, StudyInfo& kept);
-    /// Brings the texts that were changed since to `kept`.
-    void collect(StudyInfo& kept) const;
+    /// Brings the texts that were changed since, or since they were last collected, to `kept`.
+    void collect(StudyInfo& kept);
 
 private:
     struct TField

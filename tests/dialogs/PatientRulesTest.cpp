@@ -161,8 +161,12 @@ void PatientRulesTest::anAbsurdAgeDoesNoHarm()
 {
     QCOMPARE(heartRateTargets(500, true, defaultSubmaximalPercent).maximum, -280);
     QVERIFY(heartRateTargets(std::numeric_limits<int>::max(), true, 85).maximum < 0);
-    // Beyond the range of the result, but computed without an overflow.
-    heartRateTargets(std::numeric_limits<int>::min(), true, 100);
+    using TLimits = std::numeric_limits<int>;
+    const THeartRateTargets high = heartRateTargets(TLimits::min(), true, 50);
+    QCOMPARE(high.maximum, TLimits::max());
+    QCOMPARE(high.submaximum, static_cast<int>((qint64{220} - TLimits::min()) / 2));
+    QCOMPARE(heartRateTargets(TLimits::min(), true, 100).submaximum, TLimits::max());
+    QCOMPARE(heartRateTargets(TLimits::max(), false, 1000).submaximum, TLimits::min());
 }
 
 void PatientRulesTest::theBodyMassIndexIsWeightBySquaredHeight_data()

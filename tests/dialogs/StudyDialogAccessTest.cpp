@@ -22,9 +22,6 @@ private Q_SLOTS:
     void enterInAFieldAccepts();
     void enterDoesNotAcceptWhatIsInError();
     void escapeLeavesTheStudy();
-    void keysTurnThePages();
-    void theTabKeyFollowsTheReadingOrder();
-    void theTabKeyPassesWhatIsWorkedOut();
     void labelsAreThoseOfTheForm_data();
     void labelsAreThoseOfTheForm();
     void aLongEntryDoesNotWidenTheForm();
@@ -170,57 +167,6 @@ void StudyDialogAccessTest::escapeLeavesTheStudy()
     QVERIFY(!dialog.isVisible());
     QCOMPARE(dialog.result(), int{QDialog::Rejected});
     QVERIFY(dialog.info() == info);
-}
-
-void StudyDialogAccessTest::keysTurnThePages()
-{
-    StudyDialog dialog(nullptr, infoOfType("ECG"), true);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    const auto* pages = dialog.findChild<QStackedWidget*>();
-    const auto press = [&dialog](Qt::Key key) { QTest::keyClick(&dialog, key, Qt::ControlModifier); };
-    press(Qt::Key_PageUp);
-    QCOMPARE(pages->currentIndex(), 0);
-    for (const int expected : {1, 2, 2}) {
-        press(Qt::Key_PageDown);
-        QCOMPARE(pages->currentIndex(), expected);
-    }
-    press(Qt::Key_PageUp);
-    QCOMPARE(pages->currentIndex(), 1);
-}
-
-void StudyDialogAccessTest::theTabKeyFollowsTheReadingOrder()
-{
-    StudyDialog dialog(nullptr, infoOfType("Stress test"), true);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    auto* list = widgetOf<QListWidget>(dialog, "listCategory");
-    for (int page = 0; page < list->count(); ++page) {
-        list->setCurrentRow(page);
-        QCoreApplication::processEvents();
-        list->setFocus();
-        QPoint before(0, 0);
-        int steps = 0;
-        for (QTest::keyClick(list, Qt::Key_Tab);
-             !qobject_cast<QPushButton*>(dialog.focusWidget()) || steps == 0;
-             QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab)) {
-            const QWidget* field = dialog.focusWidget();
-            const QPoint place = field->mapTo(&dialog, field->rect().center());
-            const bool isBelow = place.y() > before.y() + 8;
-            // A date has several parts, which the key passes one after the other.
-            QVERIFY2(isBelow || place.x() > before.x() || place == before, qPrintable(field->objectName()));
-            before = place;
-            QVERIFY(++steps < 40);
-        }
-        QVERIFY(steps > 0);
-    }
-}
-
-void StudyDialogAccessTest::theTabKeyPassesWhatIsWorkedOut()
-{
-    const StudyDialog dialog(nullptr, infoOfType("ECG"), true);
-    for (const char* name : {"txtBMI", "txtHRMax", "txtHRSubmax"})
-        QVERIFY2(!(lineOf(dialog, name)->focusPolicy() & Qt::TabFocus), name);
 }
 
 void StudyDialogAccessTest::labelsAreThoseOfTheForm_data()

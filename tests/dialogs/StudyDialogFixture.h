@@ -16,6 +16,16 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+/// A store of the process as long as it lives, however the test ends.
+class TCurrentStore
+{
+public:
+    explicit TCurrentStore(StudyDatabase* database) { setStudyDatabase(database); }
+    ~TCurrentStore() { setStudyDatabase(nullptr); }
+    TCurrentStore(const TCurrentStore&) = delete;
+    TCurrentStore& operator=(const TCurrentStore&) = delete;
+};
+
 /// Preferences and a data folder of their own, gone with it.
 class TDialogStore
 {
@@ -26,14 +36,15 @@ public:
         QCoreApplication::setOrganizationName(QLatin1String(velantor::organizationName));
         QCoreApplication::setApplicationName(QLatin1String(velantor::applicationName));
         QSettings().clear();
-        m_database = std::make_unique<LocalStudyDatabase>(m_folder.filePath(QStringLiteral("store")));
-        setStudyDatabase(m_database.get());
+        m_database = std::make_unique<LocalStudyDatabase>(folder());
+        m_current = std::make_unique<TCurrentStore>(m_database.get());
     }
-    ~TDialogStore() { setStudyDatabase(nullptr); }
     TDialogStore(const TDialogStore&) = delete;
     TDialogStore& operator=(const TDialogStore&) = delete;
 
     LocalStudyDatabase& database() { return *m_database; }
+    /// Where the files of its studies lie.
+    QString folder() const { return m_folder.filePath(QStringLiteral("store")); }
 
     /// A closed study of this record; its id.
     qint32 addStudy(StudyInfo info)
@@ -48,6 +59,7 @@ public:
 private:
     QTemporaryDir m_folder;
     std::unique_ptr<LocalStudyDatabase> m_database;
+    std::unique_ptr<TCurrentStore> m_current;
 };
 
 inline StudyInfo infoOfType(const char* type)

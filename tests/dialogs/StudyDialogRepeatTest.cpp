@@ -2,6 +2,7 @@
 #include "support/SampleStudy.h"
 
 #include "base/Error.h"
+#include "study/StudyFiles.h"
 
 #include <QCheckBox>
 #include <QDateTimeEdit>
@@ -18,6 +19,12 @@ private Q_SLOTS:
     void withoutAStudyNothingHappens();
     void theLatestPatientIsEnteredAgain();
     void theNewStudyStaysANewOne();
+    void theStudyFieldsComeAlong();
+    void whatTheFormDoesNotShowComesAlong();
+    void aCancelledFormDoesNotKnowThePatient();
+    void withoutTargetsThoseOfTheAgeStand();
+    void ofTwoAtTheSameTimeTheLaterInTheListIsTaken();
+    void aStudyWhoseFileIsGoneLeavesTheForm();
     void theFormCanBeAcceptedAfterwards();
     void aFactorOfTheFormerPatientIsTakenBack();
     void aProtocolThatIsGoneIsNotChosen();
@@ -103,6 +110,109 @@ void StudyDialogRepeatTest::theNewStudyStaysANewOne()
     QCOMPARE(info.trainingZoneMax, QByteArray("160"));
 }
 
+void StudyDialogRepeatTest::theStudyFieldsComeAlong()
+{
+    StudyInfo former = makeSampleInfo();
+    former.technicianName = "Luz Vega";
+    former.doctorName = "Dr. Who";
+    former.referringDoctorName = "Dr. No";
+    former.treatment = "Aspirin\ndaily";
+    former.indication = "Pain";
+    former.comments = "Slept badly";
+    former.protocolName = "Tilt test";
+    m_store->addStudy(former);
+    StudyDialog dialog(nullptr, infoOfType("Stress test"), true);
+    widgetOf<QPushButton>(dialog, "btnRepeat")->click();
+    QCOMPARE(comboOf(dialog, "cboReferringDoctorName")->currentText(), QStringLiteral("Dr. No"));
+    QCOMPARE(widgetOf<QPlainTextEdit>(dialog, "txtTreatment")->toPlainText(),
+             QStringLiteral("Aspirin\ndaily"));
+    dialog.accept();
+    const StudyInfo info = dialog.info();
+    for (const auto member :
+         {&StudyInfo::technicianName, &StudyInfo::doctorName, &StudyInfo::referringDoctorName,
+          &StudyInfo::treatment, &StudyInfo::indication, &StudyInfo::comments, &StudyInfo::protocolName})
+        QCOMPARE(info.*member, former.*member);
+}
+
+void StudyDialogRepeatTest::whatTheFormDoesNotShowComesAlong()
+{
+    StudyInfo former = makeSampleInfo();
+    former.country = "Uruguay";
+    former.animalSpecies = "Dog";
+    former.animalBreed = "Boxer";
+    former.riskFactors = {{"Asma", true, "since 1999"}, {"Gota", true, ""}};
+    m_store->addStudy(former);
+    StudyInfo info = infoOfType("Stress test");
+    info.country = "Peru";
+    info.riskFactors = {{"Of somebody else", true, ""}};
+    StudyDialog dialog(nullptr, info, true);
+    widgetOf<QPushButton>(dialog, "btnRepeat")->click();
+    dialog.accept();
+    QCOMPARE(dialog.info().country, QByteArray("Uruguay"));
+    QCOMPARE(dialog.info().animalSpecies, QByteArray("Dog"));
+    QCOMPARE(dialog.info().animalBreed, QByteArray("Boxer"));
+    QCOMPARE(dialog.info().riskFactors.size(), m_store->database().riskFactorNames().size() + 1);
+    QVERIFY(dialog.info().riskFactors.back() == TRiskFactor({"Asma", true, "since 1999"}));
+}
+
+void StudyDialogRepeatTest::aCancelledFormDoesNotKnowThePatient()
+{
+    add("Latest", "20230101000000");
+    StudyInfo info = infoOfType("Stress test");
+    info.lastName = "Typed";
+    info.birthDate = "19800101";
+    StudyDialog dialog(nullptr, info, true);
+    widgetOf<QPushButton>(dialog, "btnRepeat")->click();
+    QVERIFY(dialog.info() == info);
+    dialog.reject();
+    QVERIFY(dialog.info() == info);
+}
+
+void StudyDialogRepeatTest::withoutTargetsThoseOfTheAgeStand()
+{
+    StudyInfo former = makeSampleInfo();
+    former.age = "47";
+    former.sex = "M";
+    former.trainingZoneMax.clear();
+    former.trainingZoneSubMax.clear();
+    m_store->addStudy(former);
+    const StudyDialog dialog(nullptr, infoOfType("Stress test"), true);
+    type(lineOf(dialog, "txtAge"), "20");
+    widgetOf<QPushButton>(dialog, "btnRepeat")->click();
+    QCOMPARE(lineOf(dialog, "txtHRMax")->text(), QStringLiteral("173"));
+    QCOMPARE(lineOf(dialog, "txtHRSubmax")->text(), QStringLiteral("147"));
+}
+
+void StudyDialogRepeatTest::ofTwoAtTheSameTimeTheLaterInTheListIsTaken()
+{
+    add("One", "20230101000000");
+    add("Other", "20230101000000");
+    add("Older", "20220101000000");
+    QByteArray expected;
+    for (const StudyInfo& each : m_store->database().listStudies()) {
+        if (each.studyDateTime == "20230101000000")
+            expected = each.lastName;
+    }
+    const StudyDialog dialog(nullptr, infoOfType("Stress test"), true);
+    widgetOf<QPushButton>(dialog, "btnRepeat")->click();
+    QCOMPARE(lineOf(dialog, "txtLastName")->text(), QString::fromUtf8(expected));
+}
+
+void StudyDialogRepeatTest::aStudyWhoseFileIsGoneLeavesTheForm()
+{
+    add("Older", "20220101000000");
+    const qint32 latest = add("Latest", "20230101000000");
+    StudyInfo listed;
+    QVERIFY(m_store->database().findStudy(latest, listed));
+    QVERIFY(QFile::remove(studyFilePath(m_store->folder(), listed.baseFilename, velantor::studyExtension)));
+    StudyInfo info = infoOfType("Stress test");
+    info.lastName = "Typed";
+    const StudyDialog dialog(nullptr, info, true);
+    widgetOf<QPushButton>(dialog, "btnRepeat")->click();
+    QCOMPARE(lineOf(dialog, "txtLastName")->text(), QStringLiteral("Typed"));
+    QVERIFY(dialog.info() == info);
+}
+
 void StudyDialogRepeatTest::theFormCanBeAcceptedAfterwards()
 {
     add("Latest", "20230101000000");
@@ -167,13 +277,12 @@ void StudyDialogRepeatTest::aBrokenStoreLeavesTheForm()
     m_store.reset();
     const QTemporaryDir folder;
     TBrokenStore broken(folder.path());
-    setStudyDatabase(&broken);
+    const TCurrentStore current(&broken);
     StudyInfo info = infoOfType("Stress test");
     info.lastName = "Typed";
     const StudyDialog dialog(nullptr, info, true);
     widgetOf<QPushButton>(dialog, "btnRepeat")->click();
     QCOMPARE(lineOf(dialog, "txtLastName")->text(), QStringLiteral("Typed"));
-    setStudyDatabase(nullptr);
 }
 
 QTEST_MAIN(StudyDialogRepeatTest)

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void theAgeFollowsTheBirthDate();
     void theAgeIsThatAtTheTimeOfTheStudy();
     void aTypedAgeEmptiesTheBirthDate();
+    void aDateThatCannotBeReadIsNotKept();
     void aTypedBirthDateIsKept_data();
     void aTypedBirthDateIsKept();
     void heartRateTargetsFollowTheFields_data();
@@ -92,6 +93,22 @@ void StudyDialogRulesTest::aTypedAgeEmptiesTheBirthDate()
     dialog.accept();
     QCOMPARE(dialog.info().birthDate, QByteArray());
     QCOMPARE(dialog.info().age, QByteArray("50"));
+}
+
+void StudyDialogRulesTest::aDateThatCannotBeReadIsNotKept()
+{
+    // What is kept is what the user saw.
+    for (const bool isAgeTyped : {false, true}) {
+        StudyInfo info = existing("ECG");
+        info.birthDate = "1956";
+        StudyDialog dialog(nullptr, info, false);
+        QCOMPARE(lineOf(dialog, "txtBirthDate")->text(), QString());
+        if (isAgeTyped)
+            type(lineOf(dialog, "txtAge"), "50");
+        QCOMPARE(dialog.info().birthDate, QByteArray("1956"));
+        dialog.accept();
+        QCOMPARE(dialog.info().birthDate, QByteArray());
+    }
 }
 
 void StudyDialogRulesTest::aTypedBirthDateIsKept_data()
