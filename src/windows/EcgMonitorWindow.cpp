@@ -2,6 +2,7 @@
 
 #include "analysis/signals/Truncation.h"
 #include "base/Text.h"
+#include "dialogs/FailureText.h"
 #include "display/ColorSchemes.h"
 #include "display/QSignalBrowseDisplay.h"
 #include "recorder/TStudyRecorder.h"
@@ -19,7 +20,6 @@
 #include "windows/WarningBoxes.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QShortcut>
 
@@ -52,7 +52,7 @@ void EcgMonitorWindow::Observer::studyStarted()
 
 void EcgMonitorWindow::Observer::failed(const char* text)
 {
-    m_window.m_warnings->show(QCoreApplication::translate("Failure", text));
+    m_window.m_warnings->show(failureText(text));
 }
 
 EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* study)
