@@ -1,8 +1,6 @@
 #include "windows/MonitorSession.h"
 
-#include "analysis/filters/TRealtimeFilterChain.h"
 #include "windows/ElidedLabel.h"
-#include "windows/TLinkSilence.h"
 #include "windows/TLiveFiducials.h"
 #include "windows/TLiveSaturation.h"
 #include "windows/WarningBoxes.h"
@@ -79,20 +77,6 @@ private Q_SLOTS:
                 inked += picture.pixel(x, y) != ground ? 1 : 0;
         }
         QVERIFY(inked > 50);
-    }
-
-    void silenceCountsFromTheLastSample()
-    {
-        TLinkSilence silence;
-        for (int i = 0; i < 10; ++i)
-            QVERIFY(!silence.isSilent(0));
-        QVERIFY(!silence.isSilent(500));
-        QVERIFY(!silence.isSilent(500));
-        QVERIFY(!silence.isSilent(500));
-        QVERIFY(silence.isSilent(500));
-        QVERIFY(silence.isSilent(500));
-        QVERIFY(!silence.isSilent(501));
-        QVERIFY(!silence.isSilent(501));
     }
 
     void boxesComeOneAfterTheOther()
