@@ -131,8 +131,9 @@ void EcgMonitorWindow::decorate()
         label->move(simulatedLabelPlace);
         label->show();
     }
-    // There is no frame around the window to close it by.
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    // There is no frame around the window to close it by. The same keys on every system.
+    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+W")), this), &QShortcut::activated, this,
+            &QWidget::close);
 }
 
 void EcgMonitorWindow::readSettings()
