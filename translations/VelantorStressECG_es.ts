@@ -233,7 +233,7 @@
     <name>ElectrodeStatusWidget</name>
     <message>
         <source>Electrode status</source>
-        <translation>Estado de los electrodos</translation>
+        <translation>Electrodos</translation>
     </message>
     <message>
         <source>Do not show again</source>
