@@ -2,8 +2,8 @@
 """Holds the Spanish texts against those of the sources.
 
 Every text of the sources has a finished translation that keeps its placeholders, line breaks, tags, mnemonics and
-ends; the table of translations has no text that the sources no longer have. Prints each breach and ends with 1 if
-there is one.
+ends; the table of translations has no text that the sources no longer have. What the layers below the windows say of
+failures is among the texts. Prints each breach and ends with 1 if there is one.
 
 Usage: check-translations.py LUPDATE [OPTION...], the options with which the table is brought up to date.
 """
@@ -20,6 +20,14 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 APPLICATION = ROOT / "translations" / "VelantorStressECG_es.ts"
 REPORT = ROOT / "translations" / "report_es.ts"
+
+# What windows show the failures of, and how those layers state one: in a call or in a constant.
+FAILING_LAYERS = ("platform", "base", "analysis", "acq", "wfdb", "study", "equipment", "recorder", "app")
+FAILURE = re.compile(
+    r"""(?:TError|TCommError|TReason::\w+,|\b(?:fail|failSetup|require|giveUp|notifyError|reportQuietly)\()([^;{}]*)[;}]"""
+)
+FAILURE_CONSTANT = re.compile(r"\bchar (\w*(?:[Ff]ailure|[Ii]nvalid)\w*)\[\] =([^;]*);")
+LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
 
 PLACEHOLDER = re.compile(r"%L?\d{1,2}(?![\d.]*[dfsux])|%n|%%|%[-+0]*\d*(?:\.\d+)?[dfsux](?!\w)")
 TAG = re.compile(r"</?\w+[^>]*>")
@@ -83,11 +91,35 @@ def check_sources(lupdate, options):
     return breaches + ([] if now else ["no text found in the sources"])
 
 
+def failure_texts(source):
+    """What a source says of failures: literals in one piece may stand on several lines."""
+    code = re.sub(r"//[^\n]*|^ *#[^\n]*", "", source, flags=re.MULTILINE)
+    joined = re.sub(r'"\s+"', "", code)
+    found = [match.group(1) for match in FAILURE.finditer(joined)]
+    found += [match.group(2).replace('"Failure"', "") for match in FAILURE_CONSTANT.finditer(joined)]
+    return {text for part in found for text in LITERAL.findall(part) if text}
+
+
+def check_failures():
+    """Each text of a failure can be shown in Spanish. A text in front of another stands for "text%1"."""
+    known = {source for (context, source, _), _ in messages(APPLICATION) if context == "Failure"}
+    breaches = []
+    count = 0
+    for layer in FAILING_LAYERS:
+        for path in sorted((ROOT / "src" / layer).rglob("*.[ch]*")):
+            texts = failure_texts(path.read_text(encoding="utf-8"))
+            count += len(texts)
+            missing = sorted(texts - known - {text.removesuffix("%1") for text in known})
+            breaches += [f"{path.relative_to(ROOT)}: {text!r} is missing in FailureText.cpp" for text in missing]
+    return breaches + ([] if count > 40 else [f"only {count} texts of failures found in the sources"])
+
+
 def main():
     if len(sys.argv) < 2:
         print(__doc__, file=sys.stderr)
         return 2
     breaches = check_table(APPLICATION) + check_table(REPORT) + check_sources(sys.argv[1], sys.argv[2:])
+    breaches += check_failures()
     total = sum(1 for _ in messages(APPLICATION))
     print("\n".join(breaches) if breaches else f"{total} texts are translated.")
     return 1 if breaches else 0

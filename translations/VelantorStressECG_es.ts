@@ -262,6 +262,230 @@
         <source>The recording cannot be written. Is the disk full?</source>
         <translation>No se puede escribir el registro. ¿Está lleno el disco?</translation>
     </message>
+    <message>
+        <source>Port not found</source>
+        <translation>No se encontró el puerto</translation>
+    </message>
+    <message>
+        <source>Invalid port</source>
+        <translation>Puerto no válido</translation>
+    </message>
+    <message>
+        <source>Port already in use</source>
+        <translation>El puerto ya está en uso</translation>
+    </message>
+    <message>
+        <source>Connect failed</source>
+        <translation>Falló la conexión</translation>
+    </message>
+    <message>
+        <source>GetCommState failed</source>
+        <translation>Falló la lectura del estado del puerto (GetCommState)</translation>
+    </message>
+    <message>
+        <source>SetCommState failed</source>
+        <translation>Falló la configuración del puerto (SetCommState)</translation>
+    </message>
+    <message>
+        <source>GetCommTimeouts failed</source>
+        <translation>Falló la lectura de los tiempos del puerto (GetCommTimeouts)</translation>
+    </message>
+    <message>
+        <source>SetCommTimeouts failed</source>
+        <translation>Falló la configuración de los tiempos del puerto (SetCommTimeouts)</translation>
+    </message>
+    <message>
+        <source>SetupComm failed</source>
+        <translation>Falló la preparación del puerto (SetupComm)</translation>
+    </message>
+    <message>
+        <source>PurgeComm failed</source>
+        <translation>Falló el vaciado del puerto (PurgeComm)</translation>
+    </message>
+    <message>
+        <source>Cannot create pipe</source>
+        <translation>No se puede crear una tubería del sistema</translation>
+    </message>
+    <message>
+        <source>Device not found</source>
+        <translation>No se encontró el equipo</translation>
+    </message>
+    <message>
+        <source>Device read error</source>
+        <translation>Error de lectura del equipo</translation>
+    </message>
+    <message>
+        <source>No se pudo abrir el puerto (CreateFile)</source>
+        <translation>No se pudo abrir el puerto (CreateFile)</translation>
+    </message>
+    <message>
+        <source>Kipnet device did not respond (command GO)</source>
+        <translation>El equipo Kipnet no respondió (comando GO)</translation>
+    </message>
+    <message>
+        <source>Kipnet device did not respond (command ST)</source>
+        <translation>El equipo Kipnet no respondió (comando ST)</translation>
+    </message>
+    <message>
+        <source>Kipnet device did not respond (command V)</source>
+        <translation>El equipo Kipnet no respondió (comando V)</translation>
+    </message>
+    <message>
+        <source>Kipnet device did not respond (command E)</source>
+        <translation>El equipo Kipnet no respondió (comando E)</translation>
+    </message>
+    <message>
+        <source>Kipnet device did not respond (command N)</source>
+        <translation>El equipo Kipnet no respondió (comando N)</translation>
+    </message>
+    <message>
+        <source>Cannot open file</source>
+        <translation>No se puede abrir el archivo</translation>
+    </message>
+    <message>
+        <source>Cannot create file</source>
+        <translation>No se puede crear el archivo</translation>
+    </message>
+    <message>
+        <source>Cannot create study file</source>
+        <translation>No se puede crear el archivo del estudio</translation>
+    </message>
+    <message>
+        <source>Write error</source>
+        <translation>Error de escritura</translation>
+    </message>
+    <message>
+        <source>Cannot open protocol table</source>
+        <translation>No se puede abrir la tabla de protocolos</translation>
+    </message>
+    <message>
+        <source>Cannot read protocol table</source>
+        <translation>No se puede leer la tabla de protocolos</translation>
+    </message>
+    <message>
+        <source>SQLite driver not available</source>
+        <translation>El controlador SQLite no está disponible</translation>
+    </message>
+    <message>
+        <source>Undefined database path</source>
+        <translation>No está definida la ubicación de la base de datos</translation>
+    </message>
+    <message>
+        <source>Study is open</source>
+        <translation>El estudio está abierto</translation>
+    </message>
+    <message>
+        <source>unimplemented</source>
+        <translation>función no disponible</translation>
+    </message>
+    <message>
+        <source>File is not a valid Velantor study Zip archive</source>
+        <translation>El archivo no es un archivo Zip válido de un estudio Velantor</translation>
+    </message>
+    <message>
+        <source>Cannot create zip archive</source>
+        <translation>No se puede crear el archivo zip</translation>
+    </message>
+    <message>
+        <source>Cannot open new file in zip</source>
+        <translation>No se puede abrir un archivo nuevo en el zip</translation>
+    </message>
+    <message>
+        <source>Cannot write data in zip file</source>
+        <translation>No se pueden escribir datos en el archivo zip</translation>
+    </message>
+    <message>
+        <source>Cannot close file in zip</source>
+        <translation>No se puede cerrar un archivo en el zip</translation>
+    </message>
+    <message>
+        <source>Cannot close zip archive</source>
+        <translation>No se puede cerrar el archivo zip</translation>
+    </message>
+    <message>
+        <source>Cannot open zip archive</source>
+        <translation>No se puede abrir el archivo zip</translation>
+    </message>
+    <message>
+        <source>Cannot read zip archive</source>
+        <translation>No se puede leer el archivo zip</translation>
+    </message>
+    <message>
+        <source>Cannot read comment in zip archive</source>
+        <translation>No se puede leer el comentario del archivo zip</translation>
+    </message>
+    <message>
+        <source>Cannot read file in zip archive</source>
+        <translation>No se puede leer un archivo del zip</translation>
+    </message>
+    <message>
+        <source>Corrupt file read from zip archive</source>
+        <translation>Se leyó un archivo dañado del zip</translation>
+    </message>
+    <message>
+        <source>Cannot get file info from zip archive</source>
+        <translation>No se pueden obtener los datos de un archivo del zip</translation>
+    </message>
+    <message>
+        <source>Cannot open file in zip archive</source>
+        <translation>No se puede abrir un archivo del zip</translation>
+    </message>
+    <message>
+        <source>Cannot read WFDB header</source>
+        <translation>No se puede leer el encabezado WFDB</translation>
+    </message>
+    <message>
+        <source>Cannot read WFDB signal file</source>
+        <translation>No se puede leer el archivo de señales WFDB</translation>
+    </message>
+    <message>
+        <source>Cannot read WFDB annotations</source>
+        <translation>No se pueden leer las anotaciones WFDB</translation>
+    </message>
+    <message>
+        <source>Cannot resample WFDB record</source>
+        <translation>No se puede remuestrear el registro WFDB</translation>
+    </message>
+    <message>
+        <source>WFDB record has no ECG</source>
+        <translation>El registro WFDB no tiene ECG</translation>
+    </message>
+    <message>
+        <source>WFDB record has no samples</source>
+        <translation>El registro WFDB no tiene muestras</translation>
+    </message>
+    <message>
+        <source>WFDB record has more than 16 signals</source>
+        <translation>El registro WFDB tiene más de 16 señales</translation>
+    </message>
+    <message>
+        <source>WFDB record has less than 50 samples a second</source>
+        <translation>El registro WFDB tiene menos de 50 muestras por segundo</translation>
+    </message>
+    <message>
+        <source>WFDB record is longer than 14 days</source>
+        <translation>El registro WFDB dura más de 14 días</translation>
+    </message>
+    <message>
+        <source>Unexpected error</source>
+        <translation>Error inesperado</translation>
+    </message>
+    <message>
+        <source>Unspecified application error</source>
+        <translation>Error de aplicación no especificado</translation>
+    </message>
+    <message>
+        <source>pendiente - filtro no definido</source>
+        <translation>pendiente - filtro no definido</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Error: %1</translation>
+    </message>
+    <message>
+        <source>Unknown protocol %1</source>
+        <translation>Protocolo desconocido %1</translation>
+    </message>
 </context>
 <context>
     <name>LeadMenu</name>

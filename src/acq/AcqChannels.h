@@ -35,6 +35,9 @@ inline constexpr int allChannels = -1;
 /// II, V2 and V5.
 inline constexpr int reducedChannels = 1 << II | 1 << V2 | 1 << V5;
 
+/// In the order of their weight for the leads.
+inline constexpr const char* electrodesByWeight[] = {"LL", "LA", "RA", "V1", "V2", "V3", "V4", "V5", "V6"};
+
 /// Indices of the selected channels among the first `channels` of the fixed order.
 std::vector<int> selectedChannels(int mask, int channels);
 

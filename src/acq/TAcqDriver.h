@@ -29,6 +29,9 @@ public:
     virtual bool isElectrodeOff(const char* name) = 0;
     /// Volts; 0 if unknown.
     virtual double batteryVoltage() = 0;
+    /// Whether the device can be read. A wireless one that has gone out of reach is missed by its samples:
+    /// its reader does not fail for a while.
+    virtual bool isConnected() = 0;
 
     TAcqDevice* device() const { return m_device; }
     TSignal* signal() const { return m_signal; }

@@ -98,6 +98,11 @@ double TQtAcqDriver::batteryVoltage()
     return device()->batteryVoltage();
 }
 
+bool TQtAcqDriver::isConnected()
+{
+    return device()->isOk() && !(m_sinceBlock.isValid() && m_sinceBlock.hasExpired(m_longestSilence));
+}
+
 void TQtAcqDriver::setPendingBlockLimit(int blocks)
 {
     m_thread->setPendingBlockLimit(blocks);
@@ -111,6 +116,7 @@ void TQtAcqDriver::setLargestBlock(int frames)
 void TQtAcqDriver::appendBlock(const QVector<char>& block)
 {
     m_thread->blockArrived();
+    m_sinceBlock.start();
     signal()->addInterleaved(block.constData(), block.size());
     notifyData();
 }

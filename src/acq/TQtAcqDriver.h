@@ -2,6 +2,7 @@
 
 #include "acq/TAcqDriver.h"
 
+#include <QElapsedTimer>
 #include <QVector>
 
 #include <memory>
@@ -28,6 +29,12 @@ public:
     bool isChannelSaturated(int channel) override;
     bool isElectrodeOff(const char* name) override;
     double batteryVoltage() override;
+    /// False while the reader of the device fails, and when no block has followed the last one for the
+    /// longest silence. A device that has not sent anything yet is not missed.
+    bool isConnected() override;
+
+    /// Milliseconds; at first 3000.
+    void setLongestSilence(int ms) { m_longestSilence = ms; }
 
     /// How many blocks may wait for the event loop before the rest stays with the device; 0, the default, for
     /// any number. For replay at full speed, where nothing else bounds the memory. Before the start.
@@ -52,5 +59,8 @@ private:
     QObject m_blockingReceiver;
     QMetaObject::Connection m_connections[3];
     int m_blockingCallDepth = 0;
+    /// Valid from the first block on.
+    QElapsedTimer m_sinceBlock;
+    int m_longestSilence = 3000;
     bool m_started = false;
 };

@@ -25,6 +25,9 @@ public:
     /// False until accepted.
     bool printStage() const { return m_printStage; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private Q_SLOTS:
     void on_txtSBP_returnPressed();
     void on_txtSBP_textChanged(const QString& text);

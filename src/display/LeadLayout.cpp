@@ -7,10 +7,7 @@
 
 namespace {
 
-constexpr int limbLeads = 6;
 constexpr int chestLeadsEnd = 12;
-/// A seventh channel alone does not take a display of its own.
-constexpr int channelsOfOneDisplay = 7;
 constexpr int channelOfAvr = 3;
 /// aVL, I, aVR, II, aVF, III
 constexpr std::array<int, limbLeads> hexaxialChannels{4, 0, 3, 1, 5, 2};

@@ -8,16 +8,9 @@
 #include <algorithm>
 #include <iterator>
 
-namespace {
-
-/// In the order of their weight for the leads.
-constexpr const char* electrodes[] = {"LL", "LA", "RA", "V1", "V2", "V3", "V4", "V5", "V6"};
-
-} // namespace
-
 bool TDeviceWatch::isAnyElectrodeOff()
 {
-    return std::any_of(std::begin(electrodes), std::end(electrodes),
+    return std::any_of(std::begin(acq::electrodesByWeight), std::end(acq::electrodesByWeight),
                        [this](const char* name) { return m_driver.isElectrodeOff(name); });
 }
 

@@ -1,7 +1,7 @@
 #include "windows/EcgMonitorWindow.h"
 
-#include "analysis/signals/Truncation.h"
 #include "base/Text.h"
+#include "dialogs/FailureText.h"
 #include "display/ColorSchemes.h"
 #include "display/QSignalBrowseDisplay.h"
 #include "recorder/TStudyRecorder.h"
@@ -10,8 +10,10 @@
 #include "study/TEcgFile.h"
 #include "ui_EcgMonitorWindow.h"
 #include "windows/AlarmLabel.h"
+#include "windows/HeldKeyFilter.h"
 #include "windows/LeadMenu.h"
 #include "windows/MonitorDisplays.h"
+#include "windows/MonitorReadings.h"
 #include "windows/MonitorStatus.h"
 #include "windows/RecordingReview.h"
 #include "windows/TLiveFiducials.h"
@@ -19,8 +21,8 @@
 #include "windows/WarningBoxes.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDateTime>
+#include <QScopeGuard>
 #include <QShortcut>
 
 namespace {
@@ -28,6 +30,7 @@ namespace {
 constexpr int statusInterval = 1000; // ms
 constexpr QPoint simulatedLabelPlace(40, 10);
 constexpr char repeatProperty[] = "repeatRequested";
+constexpr char untoldProperty[] = "untoldFailure";
 
 /// What makes a resting ECG run like any other examination: it rests until it is stopped.
 TStressProtocol restingProtocol()
@@ -52,7 +55,7 @@ void EcgMonitorWindow::Observer::studyStarted()
 
 void EcgMonitorWindow::Observer::failed(const char* text)
 {
-    m_window.m_warnings->show(QCoreApplication::translate("Failure", text));
+    m_window.m_warnings->show(failureText(text));
 }
 
 EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* study)
@@ -64,6 +67,7 @@ EcgMonitorWindow::EcgMonitorWindow(QWidget* parent, TAcqDevice* device, Study* s
                                                    settings::ecgMonitorDisplay);
     m_status = new MonitorStatus(m_ui->frameECG);
     m_warnings = new WarningBoxes(this);
+    new HeldKeyFilter(this);
     setProperty(repeatProperty, false);
     startMonitoring();
     decorate();
@@ -79,11 +83,18 @@ EcgMonitorWindow::~EcgMonitorWindow()
     releaseRecorder();
     m_displays->writeSettings();
     m_review.reset();
+    // What the last samples met with comes when the window is closed already.
+    setProperty(untoldProperty, m_warnings->untold().join(QLatin1Char('\n')));
 }
 
 bool EcgMonitorWindow::repeatRequested(const QObject* window)
 {
     return window->property(repeatProperty).toBool();
+}
+
+QString EcgMonitorWindow::untoldFailure(const QObject* window)
+{
+    return window->property(untoldProperty).toString();
 }
 
 void EcgMonitorWindow::startMonitoring()
@@ -120,8 +131,9 @@ void EcgMonitorWindow::decorate()
         label->move(simulatedLabelPlace);
         label->show();
     }
-    // There is no frame around the window to close it by.
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    // There is no frame around the window to close it by. The same keys on every system.
+    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+W")), this), &QShortcut::activated, this,
+            &QWidget::close);
 }
 
 void EcgMonitorWindow::readSettings()
@@ -130,46 +142,6 @@ void EcgMonitorWindow::readSettings()
     const double volts = settings::lowBatteryLevel.value();
     if (volts > 0.0)
         m_recorder->setLowBatteryLevel(volts);
-}
-
-void EcgMonitorWindow::on_btnSpeed12_clicked()
-{
-    setSpeed(12.5);
-}
-
-void EcgMonitorWindow::on_btnSpeed25_clicked()
-{
-    setSpeed(25.0);
-}
-
-void EcgMonitorWindow::on_btnSpeed50_clicked()
-{
-    setSpeed(50.0);
-}
-
-void EcgMonitorWindow::setSpeed(double mmPerSec)
-{
-    m_displays->each([mmPerSec](QSignalMonitorDisplay& display) { display.setSpeed(mmPerSec); });
-}
-
-void EcgMonitorWindow::on_btnAmp5_clicked()
-{
-    setAmplitude(5.0);
-}
-
-void EcgMonitorWindow::on_btnAmp10_clicked()
-{
-    setAmplitude(10.0);
-}
-
-void EcgMonitorWindow::on_btnAmp20_clicked()
-{
-    setAmplitude(20.0);
-}
-
-void EcgMonitorWindow::setAmplitude(double mmPerMv)
-{
-    m_displays->each([mmPerMv](QSignalMonitorDisplay& display) { display.setAmplitude(mmPerMv); });
 }
 
 void EcgMonitorWindow::on_btnFilterNotch_clicked()
@@ -194,12 +166,14 @@ void EcgMonitorWindow::applyFilters()
     // Whatever is painted meanwhile must not read the signal that the filters are about to replace.
     m_ui->frameECG->setUpdatesEnabled(false);
     m_displays->setSignal(nullptr);
-    m_displays->setSignal(m_recorder->setFilters(m_ui->btnFilterNotch->isChecked(),
-                                                 m_ui->btnFilterLowpass->isChecked(),
-                                                 m_ui->btnFilterBaseline->isChecked()));
-    const bool autoCenter = !m_ui->btnFilterBaseline->isChecked();
-    m_displays->each([autoCenter](QSignalMonitorDisplay& display) { display.setAutoCenter(autoCenter); });
-    m_ui->frameECG->setUpdatesEnabled(true);
+    // Also where the filters fail: the displays go on with what there is.
+    const auto show = qScopeGuard([this] {
+        m_displays->setSignal(m_recorder->monitorSignal());
+        m_ui->frameECG->setUpdatesEnabled(true);
+    });
+    const bool baseline = m_ui->btnFilterBaseline->isChecked();
+    m_recorder->setFilters(m_ui->btnFilterNotch->isChecked(), m_ui->btnFilterLowpass->isChecked(), baseline);
+    m_displays->each([baseline](QSignalMonitorDisplay& display) { display.setAutoCenter(!baseline); });
 }
 
 void EcgMonitorWindow::on_btnStart_clicked()
@@ -309,16 +283,15 @@ void EcgMonitorWindow::updateStatus()
     m_status->update(*m_recorder);
     if (!m_recorder->isRecording())
         return;
-    const int seconds = velantor::truncated<int>(m_recorder->duration());
-    m_ui->lblTotalElapsedTime->setText(QString::asprintf("%2d:%2.2d", seconds / 60, seconds % 60));
+    m_ui->lblTotalElapsedTime->setText(elapsedText(m_recorder->duration()));
     updateHeartRate();
 }
 
 void EcgMonitorWindow::updateHeartRate()
 {
     const std::optional<TBeat>& beat = m_recorder->lastBeat();
-    const double rr = beat ? beat->value(TBeat::rr) : 0.0;
-    const int rate = rr > 0.0 ? velantor::truncated<int>(60.0 / rr) : 0;
-    if (rate > 0)
-        m_ui->lblHR->setText(QString::number(rate));
+    const QString rate = heartRateText(beat ? beat->value(TBeat::rr) : 0.0);
+    // The last one stays while there is none.
+    if (!rate.isEmpty())
+        m_ui->lblHR->setText(rate);
 }

@@ -40,6 +40,9 @@ public:
     /// Whether the user of a window threw the recording away to take another one. May be asked of what is
     /// left of the window when it tells of its destruction.
     static bool repeatRequested(const QObject* window);
+    /// Failures that came too late for the window to show them, each on a line, in the language of the user;
+    /// empty if none. To be asked when the window tells of its destruction.
+    static QString untoldFailure(const QObject* window);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -4,16 +4,13 @@
 #include "analysis/signals/TSignal.h"
 #include "base/Text.h"
 #include "display/ColorSchemes.h"
+#include "display/LeadLayout.h"
 #include "display/QSignalMonitorDisplay.h"
 #include "windows/MonitorDisplays.h"
 
 #include <QActionGroup>
 
 namespace {
-
-/// With no more channels there is but one display.
-constexpr int channelsOfOneDisplay = 7;
-constexpr int hexaxialLeads = 6;
 
 /// Names of schemes as users read them.
 QString schemeText(const QString& name)
@@ -66,7 +63,7 @@ void LeadMenu::addLayout(QSignalMonitorDisplay& other)
     const int channels = m_displays.signal() ? m_displays.signal()->channelCount() : 0;
     if (channels > channelsOfOneDisplay)
         addSwitch(tr("Double panel"), !other.isHidden(), [&other](bool on) { other.setVisible(on); });
-    if (channels >= hexaxialLeads)
+    if (channels >= limbLeads)
         addSwitch(tr("Hexaxial order"), m_displays.hexaxialOrder(),
                   [this](bool on) { m_displays.setHexaxialOrder(on); });
 }

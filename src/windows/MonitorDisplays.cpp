@@ -5,12 +5,6 @@
 #include "display/LeadLayout.h"
 #include "display/QSignalMonitorDisplay.h"
 
-namespace {
-
-constexpr int hexaxialLeads = 6;
-
-} // namespace
-
 MonitorDisplays::MonitorDisplays(QSignalMonitorDisplay& first, QSignalMonitorDisplay& second,
                                  const TDisplaySettings& settings)
     : m_first(first), m_second(second), m_settings(settings)
@@ -49,7 +43,7 @@ void MonitorDisplays::refresh()
 
 void MonitorDisplays::setHexaxialOrder(bool on)
 {
-    if (!signal() || signal()->channelCount() < hexaxialLeads)
+    if (!signal() || signal()->channelCount() < limbLeads)
         return;
     m_hexaxialOrder = on;
     ::setHexaxialOrder(m_first, signal(), on);

@@ -1,7 +1,6 @@
 #include "windows/MonitorStatus.h"
 
-#include "acq/TAcqDevice.h"
-#include "analysis/signals/TInt16Signal.h"
+#include "acq/AcqChannels.h"
 #include "dialogs/ElectrodeStatusWidget.h"
 #include "recorder/TStudyRecorder.h"
 #include "windows/AlarmLabel.h"
@@ -15,8 +14,6 @@ constexpr int edge = 10;
 /// From the right edge of the window to the left one of the label, which leaves room for the electrodes.
 constexpr int inoperativeFromRight = 349;
 
-constexpr const char* electrodes[] = {"LL", "LA", "RA", "V1", "V2", "V3", "V4", "V5", "V6"};
-
 } // namespace
 
 MonitorStatus::MonitorStatus(QWidget* frame) : QObject(frame), m_frame(frame)
@@ -27,8 +24,7 @@ MonitorStatus::MonitorStatus(QWidget* frame) : QObject(frame), m_frame(frame)
 void MonitorStatus::update(TStudyRecorder& recorder)
 {
     updateLowBattery(recorder.batteryIsLow());
-    const bool isSilent = m_silence.isSilent(recorder.rawSignal().sampleCount());
-    updateConnection(recorder.driver().device()->isOk() && !isSilent);
+    updateConnection(recorder.driver().isConnected());
     updateElectrodes(recorder);
     updateInoperative(recorder.isAnyChannelSaturated());
 }
@@ -72,7 +68,7 @@ void MonitorStatus::updateElectrodes(TStudyRecorder& recorder)
     if (!m_electrodeStatus)
         return;
     const bool isShown = isAnyOff && m_electrodeStatus->mayShow();
-    for (const char* electrode : electrodes) {
+    for (const char* electrode : acq::electrodesByWeight) {
         if (isShown)
             m_electrodeStatus->setElectrodeState(QLatin1String(electrode),
                                                  recorder.driver().isElectrodeOff(electrode));

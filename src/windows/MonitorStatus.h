@@ -1,7 +1,5 @@
 #pragma once
 
-#include "windows/TLinkSilence.h"
-
 #include <QObject>
 
 class AlarmLabel;
@@ -37,7 +35,6 @@ private:
     void place();
 
     QWidget* m_frame;
-    TLinkSilence m_silence;
     BlinkingIcon* m_lowBatteryIcon = nullptr;
     BlinkingIcon* m_connectingIcon = nullptr;
     ElectrodeStatusWidget* m_electrodeStatus = nullptr;

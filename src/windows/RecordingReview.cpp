@@ -3,6 +3,7 @@
 #include "base/Constants.h"
 
 #include <QAbstractButton>
+#include <QScopeGuard>
 
 RecordingReview::RecordingReview(TSignal* recording, const TReviewControls& controls, QWidget* frame)
     : m_controls(controls), m_signalFilter(recording), m_display(new QSignalBrowseDisplay(frame))
@@ -37,10 +38,11 @@ void RecordingReview::takeOverButtons()
 
 void RecordingReview::filter()
 {
+    // The filters free the signal that the display looks at.
+    m_display->setSignal(nullptr);
+    const auto showCurrent = qScopeGuard([this] { m_display->setSignal(m_signalFilter.current()); });
     m_signalFilter.apply(m_controls.notch->isChecked(), m_controls.lowpass->isChecked(),
                          m_controls.baseline->isChecked());
-    m_display->setSignal(m_signalFilter.current());
-    m_display->refresh();
 }
 
 void RecordingReview::applyScale()

@@ -7,7 +7,8 @@
 class QMessageBox;
 
 /// Shows failures to the user of a window, one box after the other. It never waits for the user itself, so
-/// failures may be told from where nothing may wait, and a box goes with its window.
+/// failures may be told from where nothing may wait, and a box goes with its window. While the window is
+/// hidden the texts wait.
 class WarningBoxes : public QObject
 {
     Q_OBJECT
@@ -20,7 +21,14 @@ public:
     /// repeated.
     void show(const QString& text);
 
+    /// What nobody has seen yet, as after the window was closed.
+    QStringList untold() const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void showLater();
     void showNext();
     void next();
 

@@ -154,6 +154,30 @@ private Q_SLOTS:
         QCOMPARE(m_driver->signal(), m_signal.get());
     }
 
+    void aDeviceThatFailsIsNotConnected()
+    {
+        QVERIFY(m_driver->isConnected());
+        m_device->ok = false;
+        QVERIFY(!m_driver->isConnected());
+        m_device->ok = true;
+        QVERIFY(m_driver->isConnected());
+    }
+
+    void aDeviceThatFallsSilentIsNotConnected()
+    {
+        m_driver->setLongestSilence(200);
+        m_driver->start();
+        QTest::qWait(250);
+        QVERIFY2(m_driver->isConnected(), "has not sent anything yet");
+        m_device->pushFrames(60);
+        QTRY_COMPARE(m_signal->sampleCount(), 60);
+        QVERIFY(m_driver->isConnected());
+        QTRY_VERIFY(!m_driver->isConnected());
+        m_device->pushFrames(60);
+        QTRY_COMPARE(m_signal->sampleCount(), 120);
+        QVERIFY(m_driver->isConnected());
+    }
+
     void aDriverStartsOnce()
     {
         m_driver->start();

@@ -1,44 +1,11 @@
-#include "dialogs/BPDialog.h"
+#include "dialogs/ShownBPDialog.h"
 
 #include "base/Constants.h"
 #include "base/Settings.h"
 
-#include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLayout>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QTemporaryDir>
-#include <QtTest>
-
-namespace {
-
-/// The dialog on the screen, with its parts.
-struct TShownDialog
-{
-    TShownDialog()
-    {
-        dialog.show();
-        QApplication::setActiveWindow(&dialog);
-    }
-
-    template <typename Part> Part* part(const char* name)
-    {
-        return dialog.findChild<Part*>(QLatin1String(name));
-    }
-    QPushButton* button(QDialogButtonBox::StandardButton which) { return box->button(which); }
-    bool okEnabled() { return button(QDialogButtonBox::Ok)->isEnabled(); }
-    void type(const char* keys) { QTest::keyClicks(QApplication::focusWidget(), QLatin1String(keys)); }
-
-    BPDialog dialog{QStringLiteral("Exercise 2")};
-    QLineEdit* systolic = part<QLineEdit>("txtSBP");
-    QLineEdit* diastolic = part<QLineEdit>("txtDBP");
-    QCheckBox* print = dialog.findChild<QCheckBox*>();
-    QDialogButtonBox* box = dialog.findChild<QDialogButtonBox*>();
-};
-
-} // namespace
 
 class BPDialogTest : public QObject
 {
@@ -51,12 +18,6 @@ private Q_SLOTS:
     void itBeginsEmptyWithOkDisabled();
     void okNeedsTwoPressuresWithTheSystolicAbove_data();
     void okNeedsTwoPressuresWithTheSystolicAbove();
-    void theFocusPassesOnWhenTheNumberIsComplete_data();
-    void theFocusPassesOnWhenTheNumberIsComplete();
-    void bothPressuresAreTypedWithoutAKeyBetweenThem();
-    void returnPassesTheFocusOn();
-    void returnInTheLastFieldAccepts();
-    void onlyDigitsAreTaken();
     void acceptedItHoldsTheValues();
     void cancelledItHoldsNothingAndTheSettingStays();
     void theBoxIsRememberedByOk();
@@ -152,62 +113,6 @@ void BPDialogTest::okNeedsTwoPressuresWithTheSystolicAbove()
     other.diastolic->setText(diastolic);
     other.systolic->setText(systolic);
     QTEST(other.okEnabled(), "expected");
-}
-
-void BPDialogTest::theFocusPassesOnWhenTheNumberIsComplete_data()
-{
-    QTest::addColumn<bool>("passes");
-    for (const char* stays : {"1", "9", "10", "12", "35"})
-        QTest::newRow(stays) << false;
-    for (const char* passes : {"36", "80", "99", "100", "120", "250"})
-        QTest::newRow(passes) << true;
-}
-
-void BPDialogTest::theFocusPassesOnWhenTheNumberIsComplete()
-{
-    QFETCH(bool, passes);
-    TShownDialog shown;
-    shown.type(QTest::currentDataTag());
-    QCOMPARE(shown.systolic->text(), QLatin1String(QTest::currentDataTag()));
-    QCOMPARE(QApplication::focusWidget(), passes ? shown.diastolic : shown.systolic);
-}
-
-void BPDialogTest::bothPressuresAreTypedWithoutAKeyBetweenThem()
-{
-    TShownDialog shown;
-    for (const char* key : {"1", "2", "5", "8", "5"})
-        shown.type(key);
-    QCOMPARE(shown.systolic->text(), QStringLiteral("125"));
-    QCOMPARE(shown.diastolic->text(), QStringLiteral("85"));
-    QVERIFY(shown.okEnabled());
-}
-
-void BPDialogTest::returnPassesTheFocusOn()
-{
-    TShownDialog shown;
-    shown.systolic->setText(QStringLiteral("120"));
-    shown.systolic->setFocus();
-    QTest::keyClick(shown.systolic, Qt::Key_Return);
-    QCOMPARE(QApplication::focusWidget(), shown.diastolic);
-    QVERIFY(shown.dialog.isVisible());
-}
-
-void BPDialogTest::returnInTheLastFieldAccepts()
-{
-    TShownDialog shown;
-    for (const char* key : {"1", "2", "0", "8", "0"})
-        shown.type(key);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    QCOMPARE(shown.dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(shown.dialog.systolic(), 120);
-    QCOMPARE(shown.dialog.diastolic(), 80);
-}
-
-void BPDialogTest::onlyDigitsAreTaken()
-{
-    TShownDialog shown;
-    shown.type("-1x.2");
-    QCOMPARE(shown.systolic->text(), QStringLiteral("12"));
 }
 
 void BPDialogTest::acceptedItHoldsTheValues()

@@ -2,9 +2,7 @@
 
 #include "display/ColorSchemes.h"
 #include "display/ColorTags.h"
-#include "study/TBeatFile.h"
 
-#include <QMessageBox>
 #include <QMetaMethod>
 #include <QTextDocument>
 
@@ -36,21 +34,9 @@ private Q_SLOTS:
     void thePatientIsNamed();
     void onlyASimulatedEcgIsCalledSo();
     void theScaleButtonsActOnBothLiveDisplays();
-    void theFilterButtonsRebuildTheLiveSignal();
-    void recordingStartsWhenTheRecorderConfirms();
-    void whatArrivesIsRecordedUntilStopIsPressed();
-    void theInsetShowsTheAverageAndItsMeasuringPoints();
-    void timeAndHeartRateRun();
-    void timeIsWrittenWithTwoDigitsOfSeconds();
-    void closingEndsARecording();
-    void closingWithoutARecordingLeavesTheStudyAlone();
     void settingsAreReadAndWritten();
     void withoutSettingsTheWidgetsKeepTheirColors();
     void tooFewLeadsKeepTheStoredOrder();
-    void failuresAreShownOneByOneOnceEach();
-    void aFailureDoesNotOutliveTheWindow();
-    void aFailureOfTheDeviceIsShown();
-    void theKeyboardAloneIsEnough();
     void everythingFitsOnASmallScreen();
 
 private:
@@ -198,131 +184,6 @@ void EcgMonitorWindowTest::theScaleButtonsActOnBothLiveDisplays()
     QVERIFY(!session.button("btnAmp5")->isChecked() && session.button("btnSpeed25")->isChecked());
 }
 
-void EcgMonitorWindowTest::theFilterButtonsRebuildTheLiveSignal()
-{
-    MonitorSession session;
-    session.device.send(10.0);
-    QTRY_VERIFY(session.display1().signal()->sampleCount() > 1000);
-    for (const char* name :
-         {"btnFilterBaseline", "btnFilterNotch", "btnFilterLowpass", "btnFilterBaseline"}) {
-        session.click(name);
-        QCOMPARE(session.display1().signal(), session.display2().signal());
-        QVERIFY(session.display1().signal()->sampleCount() > 1000);
-        QCOMPARE(session.display1().autoCenter(), !session.button("btnFilterBaseline")->isChecked());
-        QCOMPARE(session.display2().autoCenter(), !session.button("btnFilterBaseline")->isChecked());
-    }
-}
-
-void EcgMonitorWindowTest::recordingStartsWhenTheRecorderConfirms()
-{
-    MonitorSession session;
-    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
-    session.click("btnStart");
-    QCOMPARE(session.enabled(), QStringLiteral("- Sto - -"));
-    QCOMPARE(QApplication::focusWidget(), session.part("btnStop"));
-    const QString time = QString::fromLatin1(session.study->recordingDateTime());
-    const QDateTime start = QDateTime::fromString(time, QStringLiteral("yyyyMMddHHmmss"));
-    QVERIFY(start >= before && start <= QDateTime::currentDateTime());
-    QCOMPARE(session.study->protocol()->name(), QByteArray("ECG"));
-    QCOMPARE(session.study->protocol()->type(), TProtocolType::Ecg);
-    QVERIFY(session.store.saves > 0);
-}
-
-void EcgMonitorWindowTest::whatArrivesIsRecordedUntilStopIsPressed()
-{
-    MonitorSession session;
-    session.click("btnStart");
-    QVERIFY(session.record(20.0));
-    session.click("btnStop");
-    const int frames = session.recordedFrames();
-    QVERIFY(frames > 9900 && frames <= 10000);
-    QVERIFY(session.study->beats()->count() > 10);
-    QCOMPARE(session.study->protocol()->stageCount(), 1);
-    QCOMPARE(session.study->protocol()->stage(0).phase(), TStagePhase::Rest);
-    session.device.send(1.0);
-    QTest::qWait(50);
-    QCOMPARE(session.recordedFrames(), frames);
-    QVERIFY(session.device.stops > 0);
-}
-
-void EcgMonitorWindowTest::theInsetShowsTheAverageAndItsMeasuringPoints()
-{
-    MonitorSession session;
-    session.click("btnSpeed50");
-    const QColor tick(255, 0, 255);
-    session.display1().setColor(FiducialColor, tick);
-    const auto hasTicks = [&] {
-        const QImage picture = session.display1().grab().toImage();
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                if (picture.pixelColor(x, y) == tick)
-                    return true;
-            }
-        }
-        return false;
-    };
-    QVERIFY(!hasTicks());
-    session.click("btnStart");
-    QVERIFY(session.record(30.0));
-    QVERIFY(hasTicks());
-}
-
-void EcgMonitorWindowTest::timeAndHeartRateRun()
-{
-    MonitorSession session;
-    const QString unknown = session.text("lblHR");
-    session.device.send(5.0);
-    session.tick();
-    QCOMPARE(session.text("lblTotalElapsedTime"), QStringLiteral("0:00"));
-    QCOMPARE(session.text("lblHR"), unknown);
-
-    session.click("btnStart");
-    QVERIFY(session.record(20.0));
-    session.tick();
-    bool isNumber = false;
-    const int rate = session.text("lblHR").toInt(&isNumber);
-    QVERIFY2(isNumber && rate > 40 && rate < 120, qPrintable(session.text("lblHR")));
-    const QString time = session.text("lblTotalElapsedTime");
-    QVERIFY2(QRegularExpression(QStringLiteral("^ 0:(19|2\\d)$")).match(time).hasMatch(), qPrintable(time));
-}
-
-void EcgMonitorWindowTest::timeIsWrittenWithTwoDigitsOfSeconds()
-{
-    MonitorSession session;
-    session.click("btnStart");
-    QVERIFY(session.record(5.5));
-    session.tick();
-    QCOMPARE(session.text("lblTotalElapsedTime"), QStringLiteral(" 0:05"));
-    QVERIFY(session.record(60.0));
-    session.tick();
-    QCOMPARE(session.text("lblTotalElapsedTime"), QStringLiteral(" 1:05"));
-}
-
-void EcgMonitorWindowTest::closingEndsARecording()
-{
-    MonitorSession session;
-    session.click("btnStart");
-    QVERIFY(session.record(5.0));
-    const int saves = session.store.saves;
-    QVERIFY(session.window->close());
-    QVERIFY(session.store.saves > saves);
-    QCOMPARE(session.study->protocol()->stageCount(), 1);
-    QVERIFY(!EcgMonitorWindow::repeatRequested(session.window.get()));
-    const int frames = session.recordedFrames();
-    session.window.reset();
-    QCOMPARE(session.recordedFrames(), frames);
-}
-
-void EcgMonitorWindowTest::closingWithoutARecordingLeavesTheStudyAlone()
-{
-    MonitorSession session;
-    session.device.send(1.0);
-    QVERIFY(session.window->close());
-    session.window.reset();
-    QCOMPARE(session.store.saves, 0);
-    QCOMPARE(session.recordedFrames(), 0);
-}
-
 void EcgMonitorWindowTest::settingsAreReadAndWritten()
 {
     settings::ecgMonitorDisplay.displayColorScheme.setValue(QStringLiteral("Blue"));
@@ -369,78 +230,6 @@ void EcgMonitorWindowTest::tooFewLeadsKeepTheStoredOrder()
         QSettings().clear();
     }
     QCOMPARE(settings::ecgMonitorDisplay.hexaxialOrder.value(), true);
-}
-
-void EcgMonitorWindowTest::failuresAreShownOneByOneOnceEach()
-{
-    MonitorSession session;
-    session.device.readFails = true;
-    session.device.send(1.0);
-    QTRY_VERIFY(QApplication::activeModalWidget());
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    QVERIFY(box);
-    QCOMPARE(box->windowTitle(), QStringLiteral("Warning"));
-    QCOMPARE(box->text(), QStringLiteral("Device read error"));
-    QCOMPARE(box->icon(), QMessageBox::Warning);
-    QVERIFY(box->isModal());
-    QCOMPARE(session.window->findChildren<QMessageBox*>().size(), 1);
-    box->button(QMessageBox::Ok)->click();
-    QTRY_VERIFY(!QApplication::activeModalWidget());
-    QCOMPARE(session.enabled(), QStringLiteral("Sta - - -"));
-}
-
-void EcgMonitorWindowTest::aFailureDoesNotOutliveTheWindow()
-{
-    for (const bool isOpen : {true, false}) {
-        MonitorSession session;
-        session.device.readFails = true;
-        session.device.send(1.0);
-        if (isOpen)
-            QTRY_VERIFY(QApplication::activeModalWidget());
-        else
-            QTRY_VERIFY(session.device.bytesAvailable() == 0);
-        session.window->close();
-        session.window.reset();
-        QTest::qWait(20);
-        QVERIFY(!QApplication::activeModalWidget());
-    }
-}
-
-void EcgMonitorWindowTest::aFailureOfTheDeviceIsShown()
-{
-    // While it records, and with the box open the recording can be stopped.
-    MonitorSession session;
-    session.click("btnStart");
-    QVERIFY(session.record(2.0));
-    session.device.readFails = true;
-    session.device.send(1.0);
-    QTRY_VERIFY(QApplication::activeModalWidget());
-    session.click("btnStop");
-    QCOMPARE(session.enabled(), QStringLiteral("- - Rep Sav"));
-    QVERIFY(session.recordedFrames() > 900);
-}
-
-void EcgMonitorWindowTest::theKeyboardAloneIsEnough()
-{
-    MonitorSession session;
-    QStringList reached;
-    const QWidget* first = QApplication::focusWidget();
-    do {
-        reached << QApplication::focusWidget()->objectName();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    } while (QApplication::focusWidget() != first && reached.size() < 30);
-    for (const char* name : {"btnStart", "btnSpeed25", "btnAmp10", "btnFilterBaseline", "btnFilterLowpass",
-                             "btnFilterNotch", "ecgDisplay1", "ecgDisplay2"})
-        QVERIFY2(reached.contains(QLatin1String(name)), qPrintable(reached.join(QLatin1Char(' '))));
-
-    session.button("btnSpeed25")->setFocus();
-    QTest::keyClick(session.part("btnSpeed25"), Qt::Key_Right);
-    QCOMPARE(session.display1().speed(), 50.0);
-    session.button("btnStart")->setFocus();
-    QTest::keyClick(session.part("btnStart"), Qt::Key_Return);
-    QCOMPARE(session.enabled(), QStringLiteral("- Sto - -"));
-    QTest::keyClick(session.part("btnStop"), Qt::Key_Space);
-    QCOMPARE(session.enabled(), QStringLiteral("- - Rep Sav"));
 }
 
 void EcgMonitorWindowTest::everythingFitsOnASmallScreen()

@@ -1,8 +1,6 @@
 #include "windows/MonitorSession.h"
 
-#include "analysis/filters/TRealtimeFilterChain.h"
 #include "windows/ElidedLabel.h"
-#include "windows/TLinkSilence.h"
 #include "windows/TLiveFiducials.h"
 #include "windows/TLiveSaturation.h"
 #include "windows/WarningBoxes.h"
@@ -81,20 +79,6 @@ private Q_SLOTS:
         QVERIFY(inked > 50);
     }
 
-    void silenceCountsFromTheLastSample()
-    {
-        TLinkSilence silence;
-        for (int i = 0; i < 10; ++i)
-            QVERIFY(!silence.isSilent(0));
-        QVERIFY(!silence.isSilent(500));
-        QVERIFY(!silence.isSilent(500));
-        QVERIFY(!silence.isSilent(500));
-        QVERIFY(silence.isSilent(500));
-        QVERIFY(silence.isSilent(500));
-        QVERIFY(!silence.isSilent(501));
-        QVERIFY(!silence.isSilent(501));
-    }
-
     void boxesComeOneAfterTheOther()
     {
         QWidget window;
@@ -120,7 +104,7 @@ private Q_SLOTS:
         openBox()->close();
     }
 
-    void aClosedWindowShowsNoBox()
+    void whatComesToAHiddenWindowIsShownWithIt()
     {
         QWidget window;
         window.show();
@@ -129,6 +113,19 @@ private Q_SLOTS:
         window.close();
         QTest::qWait(10);
         QVERIFY(!openBox());
+        QCOMPARE(boxes.untold(), QStringList{QStringLiteral("Late")});
+        boxes.show(QStringLiteral("Later"));
+        window.show();
+        QTRY_VERIFY(openBox() && openBox()->text() == QStringLiteral("Late"));
+        QCOMPARE(boxes.untold(), QStringList{QStringLiteral("Later")});
+        openBox()->button(QMessageBox::Ok)->click();
+        QTRY_VERIFY(openBox() && openBox()->text() == QStringLiteral("Later"));
+        QCOMPARE(boxes.untold(), QStringList());
+        openBox()->close();
+        QTest::qWait(10);
+        boxes.show(QStringLiteral("Late"));
+        QTRY_VERIFY(openBox() && openBox()->text() == QStringLiteral("Late"));
+        openBox()->close();
     }
 
     void saturationIsFoundInTheRawSamples_data()
@@ -164,6 +161,37 @@ private Q_SLOTS:
             QVERIFY(saturation.findStretch(1, 1100, 1200, &first, &last));
             QCOMPARE(first, 1100);
             QCOMPARE(last, 1200);
+        }
+        store.closeStudy(study);
+    }
+
+    void saturationIsFoundBehindAFilterThatBeganLate_data() { saturationIsFoundInTheRawSamples_data(); }
+
+    void saturationIsFoundBehindAFilterThatBeganLate()
+    {
+        QFETCH(int, rate);
+        FakeAcqDevice device(12, rate);
+        StoreFolder folder;
+        LocalStudyDatabase store(folder.path());
+        StudyInfo info = makeSampleInfo();
+        Study* study = store.createStudy(info);
+        {
+            TStudyRecorder recorder(&device, study, nullptr, nullptr);
+            TLiveSaturation saturation(recorder);
+            // More than the rings hold.
+            for (int second = 0; second < 200; ++second)
+                feed(recorder, rate, 0, 0);
+            recorder.setFilters(true, true, true);
+            QVERIFY(recorder.rawIndexOf(0) > 0);
+            feed(recorder, 4 * rate, 2 * rate, 2 * rate + rate / 2);
+
+            const int begin = (202 * rate - recorder.rawIndexOf(0)) * 500 / rate;
+            int first = -1;
+            int last = -1;
+            QVERIFY(saturation.findStretch(1, begin - 500, begin + 1000, &first, &last));
+            QCOMPARE(first, begin);
+            QCOMPARE(last, begin + 250);
+            QVERIFY(!saturation.findStretch(1, last, begin + 1000, &first, &last));
         }
         store.closeStudy(study);
     }

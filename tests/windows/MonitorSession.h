@@ -25,7 +25,7 @@ public:
         std::vector<qint16> samples;
         for (int end = m_sent + qRound(seconds * samplingRate()); m_sent < end; ++m_sent) {
             for (int channel = 0; channel < channelCount(); ++channel)
-                samples.push_back(RecorderSession::sampleAt(channel, m_sent));
+                samples.push_back(sampleOf(channel, m_sent));
         }
         m_queue.push(reinterpret_cast<const char*>(samples.data()),
                      static_cast<int>(samples.size() * sizeof(qint16)));
@@ -44,13 +44,17 @@ public:
     }
     bool isChannelSaturated(int channel) const override { return channel == saturatedChannel; }
     double batteryVoltage() const override { return battery; }
-    double rangeMin() const override { return -300.0; }
-    double rangeMax() const override { return 300.0; }
+    double rangeMin() const override { return -range; }
+    double rangeMax() const override { return range; }
 
     mutable QStringList asked;
     QStringList offElectrodes;
     int saturatedChannel = -1;
     double battery = 0.0;
+    /// mV
+    double range = 300.0;
+    /// Counts by channel and frame.
+    std::function<qint16(int, int)> sampleOf = RecorderSession::sampleAt;
 
 private:
     TAcqBuffer m_queue;
