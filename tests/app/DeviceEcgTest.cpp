@@ -87,7 +87,7 @@ int beginningOf(TSignal& stored, const TWfdbRecord& record)
 void press(const char* name)
 {
     auto* button = openMonitor()->findChild<QAbstractButton*>(QLatin1String(name));
-    QVERIFY(QTest::qWaitFor([button] { return button->isEnabled(); }));
+    require(QTest::qWaitFor([button] { return button->isEnabled(); }), name);
     QTest::mouseClick(button, Qt::LeftButton);
 }
 
