@@ -2,14 +2,15 @@
 
 #include "app/GuardedApplication.h"
 #include "app/MainWindow.h"
+#include "app/MessageBox.h"
 #include "base/Constants.h"
+#include "dialogs/FailureText.h"
 #include "platform/SingleInstance.h"
 #include "res/DarkStyle.h"
 #include "res/Resources.h"
 
 #include <QFile>
 #include <QIcon>
-#include <QMessageBox>
 #include <QTranslator>
 
 namespace {
@@ -65,7 +66,7 @@ int runLauncher(GuardedApplication& application)
 
 void showError(const QString& text)
 {
-    QMessageBox::critical(nullptr, QCoreApplication::translate("Desktop", "Error"), text);
+    showBox(nullptr, QMessageBox::Critical, QCoreApplication::translate("Desktop", "Error"), text);
 }
 
 } // namespace
@@ -79,16 +80,15 @@ int runDesktop(int argc, char** argv)
     const TTranslations translations;
     const TSingleInstance instance;
     if (!instance.isFirst()) {
-        QMessageBox::information(
-            nullptr, QCoreApplication::translate("Desktop", "Information"),
-            QCoreApplication::translate("Desktop", "%1 is already running").arg(instance.key()));
+        showBox(nullptr, QMessageBox::Information, QCoreApplication::translate("Desktop", "Information"),
+                QCoreApplication::translate("Desktop", "%1 is already running").arg(instance.key()));
         return 0;
     }
     setStyle(application);
     try {
         return runLauncher(application);
     } catch (const std::exception& error) {
-        showError(QString::fromUtf8(error.what()));
+        showError(failureText(error.what()));
     } catch (...) {
         showError(QCoreApplication::translate("Desktop", "Unspecified application error"));
     }

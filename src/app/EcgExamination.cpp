@@ -1,7 +1,9 @@
 #include "app/EcgExamination.h"
 
 #include "acq/AcqDeviceFactory.h"
+#include "app/GuardedApplication.h"
 #include "app/RecentStudies.h"
+#include "dialogs/FailureText.h"
 #include "recorder/AcquisitionInfo.h"
 #include "study/Study.h"
 #include "study/StudyCreation.h"
@@ -12,14 +14,16 @@
 
 namespace {
 
-/// The text of what `action` throws; empty if nothing.
-template <typename Action> QString failureOf(Action action)
+/// The text of what `action` or an event handler within it throws; empty if nothing.
+QString failureOf(const std::function<void()>& action)
 {
     try {
-        action();
+        GuardedApplication::call(action);
         return {};
     } catch (const std::exception& error) {
-        return QString::fromUtf8(error.what());
+        return failureText(error.what());
+    } catch (...) {
+        return failureText("Unspecified application error");
     }
 }
 
@@ -29,10 +33,14 @@ EcgExamination::EcgExamination(QObject* parent) : QObject(parent) {}
 
 EcgExamination::~EcgExamination()
 {
+    if (m_monitor)
+        m_isRepeated = EcgMonitorWindow::repeatRequested(m_monitor);
     removeMonitor();
     m_device.reset();
     // Nobody is left to be told.
-    if (m_study)
+    if (m_study && m_isRepeated)
+        dropStudy();
+    else if (m_study)
         keepStudy();
 }
 
@@ -46,15 +54,22 @@ void EcgExamination::removeMonitor()
     delete m_monitor;
 }
 
-void EcgExamination::start(const StudyInfo& info)
+bool EcgExamination::start(const StudyInfo& info)
 {
     m_info = info;
+    m_isRepeated = false;
     const QString failure = failureOf([this] { openMonitor(); });
     if (failure.isEmpty()) {
         setRunning(true);
-        return;
+        return true;
     }
     failureOf([this] { abandon(); });
+    fail(failure);
+    return false;
+}
+
+void EcgExamination::fail(const QString& failure)
+{
     setRunning(false);
     Q_EMIT failed(failure);
 }
@@ -87,31 +102,42 @@ void EcgExamination::abandon()
 /// Only the QObject is left of the window: no place for a box that asks for events.
 void EcgExamination::monitorGone(QObject* window)
 {
-    const bool isRepeated = EcgMonitorWindow::repeatRequested(window);
-    QMetaObject::invokeMethod(
-        this, [this, isRepeated] { file(isRepeated); }, Qt::QueuedConnection);
+    m_isRepeated = EcgMonitorWindow::repeatRequested(window);
+    m_untoldFailure = EcgMonitorWindow::untoldFailure(window);
+    QMetaObject::invokeMethod(this, m_isRepeated ? &EcgExamination::repeat : &EcgExamination::file,
+                              Qt::QueuedConnection);
 }
 
-void EcgExamination::file(bool isRepeated)
+void EcgExamination::file()
 {
     m_device.reset();
     const qint32 id = m_study->id();
-    const QString failure = isRepeated ? dropStudy() : keepStudy();
-    if (isRepeated && failure.isEmpty()) {
-        start(m_info);
-        return;
-    }
+    const QString failure = keepStudy();
     setRunning(false);
+    for (const QString& text : {m_untoldFailure, failure}) {
+        if (!text.isEmpty())
+            Q_EMIT failed(text);
+    }
     if (failure.isEmpty())
         Q_EMIT kept(id);
-    else
-        Q_EMIT failed(failure);
+}
+
+void EcgExamination::repeat()
+{
+    m_device.reset();
+    const StudyInfo info = m_info;
+    const QString failure = dropStudy();
+    if (failure.isEmpty() && start(info))
+        return;
+    if (!failure.isEmpty())
+        fail(failure);
+    Q_EMIT notRepeated(info);
 }
 
 /// Returns what went wrong. The study is closed in any case.
 QString EcgExamination::keepStudy()
 {
-    const QString failure = failureOf([this] {
+    QString failure = failureOf([this] {
         StudyInfo info;
         studyDatabase()->infoFromStudy(info, *m_study);
         RecentStudies::add(info);
@@ -124,10 +150,10 @@ QString EcgExamination::keepStudy()
 QString EcgExamination::dropStudy()
 {
     const qint32 id = m_study->id();
-    const QString unsaved = failureOf([this] { studyDatabase()->saveStudy(m_study); });
+    // What cannot be written, of a study that goes anyway, is nothing that the user has to know.
+    failureOf([this] { studyDatabase()->saveStudy(m_study); });
     studyDatabase()->closeStudy(std::exchange(m_study, nullptr));
-    const QString undeleted = failureOf([id] { studyDatabase()->deleteStudy(id); });
-    return unsaved.isEmpty() ? undeleted : unsaved;
+    return failureOf([id] { studyDatabase()->deleteStudy(id); });
 }
 
 void EcgExamination::setRunning(bool isRunning)

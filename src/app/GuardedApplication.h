@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include <exception>
+#include <functional>
 
 /// An application whose event handlers may throw. Nothing must unwind through the event loops of Qt and of
 /// the system, so the first exception is kept, the loops are ended, and `run` throws it once they are left.
@@ -18,10 +19,16 @@ public:
     /// call.
     int run();
 
+    /// For a caller that can handle it: what event handlers throw while `action` runs is thrown to the caller
+    /// when it has returned, and the program goes on. Under another application nothing is kept.
+    static void call(const std::function<void()>& action);
+
     bool notify(QObject* receiver, QEvent* event) override;
 
 private:
+    void callKeeping(const std::function<void()>& action);
     void throwKept();
 
     std::exception_ptr m_exception;
+    bool m_isCalling = false;
 };

@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "app/MessageBox.h"
 #include "app/RecentStudies.h"
 #include "app/StartUp.h"
 #include "app/StressStart.h"
@@ -12,8 +13,6 @@
 
 #include <QCloseEvent>
 #include <QHeaderView>
-#include <QMessageBox>
-#include <QTimer>
 
 namespace {
 
@@ -45,7 +44,9 @@ MainWindow::MainWindow(QWidget* parent)
     setLabels();
     connectFields();
     connectExamination();
-    QTimer::singleShot(startUpDelayMs, this, &MainWindow::startUp);
+    m_startUpDelay.setSingleShot(true);
+    connect(&m_startUpDelay, &QTimer::timeout, this, &MainWindow::startUp);
+    m_startUpDelay.start(startUpDelayMs);
 }
 
 MainWindow::~MainWindow() = default;
@@ -80,6 +81,7 @@ void MainWindow::connectExamination()
     connect(&m_ecg, &EcgExamination::ended, this, &MainWindow::examinationEnded);
     connect(&m_ecg, &EcgExamination::kept, this, &MainWindow::ecgKept);
     connect(&m_ecg, &EcgExamination::failed, this, &MainWindow::showError);
+    connect(&m_ecg, &EcgExamination::notRepeated, this, &MainWindow::ecgNotRepeated);
 }
 
 void MainWindow::startUp()
@@ -113,8 +115,10 @@ void MainWindow::fillRecentStudies()
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     event->setAccepted(!m_ecg.isRunning());
-    if (event->isAccepted())
-        Q_EMIT closed();
+    if (!event->isAccepted())
+        return;
+    m_startUpDelay.stop();
+    Q_EMIT closed();
 }
 
 /// False if the section was open already and did what it is for.
@@ -152,15 +156,34 @@ void MainWindow::on_btnOpenStudy_clicked()
 
 void MainWindow::on_btnMoreEcg_clicked()
 {
-    StudyDialog dialog(this, quickEcgInfo(m_ui->fieldsEcg->patient(), QDateTime::currentDateTime()), true);
+    startFromForm(quickEcgInfo(m_ui->fieldsEcg->patient(), QDateTime::currentDateTime()));
+}
+
+/// What was typed comes up again until it starts or the user gives up.
+void MainWindow::startFromForm(StudyInfo info)
+{
+    m_isFromForm = true;
+    while (askForStudy(info)) {
+        m_ui->fieldsEcg->clear();
+        if (m_ecg.start(info))
+            return;
+        m_ui->fieldsEcg->setPatient(quickPatient(info));
+    }
+}
+
+/// False if the user does not want one.
+bool MainWindow::askForStudy(StudyInfo& info)
+{
+    StudyDialog dialog(this, info, true);
     if (dialog.exec() != QDialog::Accepted)
-        return;
-    m_ui->fieldsEcg->clear();
-    m_ecg.start(dialog.info());
+        return false;
+    info = dialog.info();
+    return true;
 }
 
 void MainWindow::on_btnStartEcg_clicked()
 {
+    m_isFromForm = false;
     m_ecg.start(quickEcgInfo(m_ui->fieldsEcg->patient(), QDateTime::currentDateTime()));
 }
 
@@ -185,7 +208,15 @@ void MainWindow::ecgKept(qint32 id)
     exportNewStudy(this, id, settings::exportEcgStudyFolder);
 }
 
+/// What was typed for the first recording is not lost with it.
+void MainWindow::ecgNotRepeated(const StudyInfo& info)
+{
+    m_ui->fieldsEcg->setPatient(quickPatient(info));
+    if (m_isFromForm)
+        startFromForm(info);
+}
+
 void MainWindow::showError(const QString& text)
 {
-    QMessageBox::critical(this, tr("Error"), text);
+    showBox(this, QMessageBox::Critical, tr("Error"), text);
 }

@@ -4,6 +4,7 @@
 #include "app/StudySection.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <array>
 #include <memory>
@@ -49,11 +50,16 @@ private:
     void enableStarts();
     void examinationEnded();
     void ecgKept(qint32 id);
+    void ecgNotRepeated(const StudyInfo& info);
+    void startFromForm(StudyInfo info);
+    bool askForStudy(StudyInfo& info);
     void showError(const QString& text);
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     StudySection m_stressSection;
     StudySection m_ecgSection;
     StudySection m_openSection;
+    QTimer m_startUpDelay;
     EcgExamination m_ecg;
+    bool m_isFromForm = false; ///< the ECG that was started last
 };

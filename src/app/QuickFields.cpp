@@ -36,6 +36,19 @@ TQuickPatient QuickFields::patient() const
             m_ui->txtPersonId->text()};
 }
 
+void QuickFields::setPatient(const TQuickPatient& patient)
+{
+    clear();
+    m_ui->txtLastName->setText(patient.lastName);
+    m_ui->txtFirstName->setText(patient.firstName);
+    m_ui->txtAge->setText(patient.age);
+    m_ui->txtAge->setProperty(birthDateProperty, patient.birthDate);
+    m_ui->btnMale->setChecked(patient.sex == "M");
+    m_ui->btnFemale->setChecked(patient.sex == "F");
+    m_ui->txtPatientId->setText(patient.patientId);
+    m_ui->txtPersonId->setText(patient.personId);
+}
+
 void QuickFields::clear()
 {
     for (QLineEdit* field : findChildren<QLineEdit*>())

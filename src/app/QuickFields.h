@@ -20,6 +20,7 @@ public:
     ~QuickFields() override;
 
     TQuickPatient patient() const;
+    void setPatient(const TQuickPatient& patient);
     /// Empties all of them and puts the focus on the last name.
     void clear();
     void focusLastName();

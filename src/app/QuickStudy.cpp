@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "dialogs/PatientRules.h"
 
+using velantor::fromText;
 using velantor::toText;
 
 namespace {
@@ -49,6 +50,17 @@ bool canStartEcg(const TQuickPatient& patient)
 bool canStartStress(const TQuickPatient& patient)
 {
     return canStart(patient, false);
+}
+
+TQuickPatient quickPatient(const StudyInfo& info)
+{
+    return {fromText(info.lastName),
+            fromText(info.firstName),
+            fromText(info.age),
+            info.birthDate,
+            info.sex,
+            fromText(info.medicalHistoryNumber),
+            fromText(info.personIdNumber)};
 }
 
 StudyInfo quickEcgInfo(const TQuickPatient& patient, const QDateTime& now)

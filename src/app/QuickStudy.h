@@ -22,6 +22,9 @@ bool canStartEcg(const TQuickPatient& patient);
 /// A stress test needs the names, an age of 2 years or more, and the sex.
 bool canStartStress(const TQuickPatient& patient);
 
+/// What the quick fields can show of a study.
+TQuickPatient quickPatient(const StudyInfo& info);
+
 /// The record of a new resting ECG.
 StudyInfo quickEcgInfo(const TQuickPatient& patient, const QDateTime& now);
 /// The record of a new stress test, with the heart rate targets where the age is known.

@@ -1,16 +1,28 @@
 #include "app/StudyExport.h"
 
+#include "app/MessageBox.h"
 #include "app/PleaseWait.h"
 #include "study/StudyDatabase.h"
 
-#include <QMessageBox>
+#include <QCoreApplication>
+
+#include <algorithm>
 
 namespace {
+
+bool isInStore(qint32 id)
+{
+    const std::vector<StudyInfo> studies = studyDatabase()->listStudies();
+    return std::any_of(studies.begin(), studies.end(), [id](const StudyInfo& each) { return each.id == id; });
+}
 
 bool writeArchive(QWidget* parent, qint32 id, const QString& folder)
 {
     const PleaseWait wait(parent);
     try {
+        // The store passes over a study that is gone without a word.
+        if (!isInStore(id))
+            return false;
         studyDatabase()->exportStudy(id, folder);
         return true;
     } catch (const std::exception&) {
@@ -23,18 +35,17 @@ bool writeArchive(QWidget* parent, qint32 id, const QString& folder)
 void exportStudy(QWidget* parent, qint32 id, const QString& folder)
 {
     if (writeArchive(parent, id, folder)) {
-        QMessageBox::information(
-            parent, QCoreApplication::translate("StudyExport", "Information"),
+        showBox(
+            parent, QMessageBox::Information, QCoreApplication::translate("StudyExport", "Information"),
             QCoreApplication::translate("StudyExport", "Study file was succesfully exported to folder: %1")
                 .arg(folder));
         return;
     }
-    QMessageBox::warning(
-        parent, QCoreApplication::translate("StudyExport", "Warning"),
-        QCoreApplication::translate("StudyExport",
-                                    "Study file could not be exported to folder: %1\n"
-                                    "Please check shared folder access with your network administrator.")
-            .arg(folder));
+    showBox(parent, QMessageBox::Warning, QCoreApplication::translate("StudyExport", "Warning"),
+            QCoreApplication::translate("StudyExport",
+                                        "Study file could not be exported to folder: %1\n"
+                                        "Please check shared folder access with your network administrator.")
+                .arg(folder));
 }
 
 bool exportNewStudy(QWidget* parent, qint32 id, const TSetting<QString>& folder)

@@ -4,13 +4,6 @@
 
 namespace settings {
 
-template <> std::optional<int> parsed(const QString& text)
-{
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    return isNumber ? std::optional(number) : std::nullopt;
-}
-
 template <> std::optional<double> parsed(const QString& text)
 {
     bool isNumber = false;

@@ -12,10 +12,9 @@
 
 namespace settings {
 
-/// The value that a stored text says, or nothing: for `int` whole numbers in its range, for `double` finite
-/// numbers, for `bool` true, false, 1 and 0 in any case of letters.
+/// The value that a stored text says, or nothing: for `double` finite numbers, for `bool` true, false, 1 and
+/// 0 in any case of letters.
 template <typename T> std::optional<T> parsed(const QString& text);
-template <> std::optional<int> parsed(const QString& text);
 template <> std::optional<double> parsed(const QString& text);
 template <> std::optional<bool> parsed(const QString& text);
 
@@ -34,7 +33,7 @@ template <typename T> struct TSetting
     T valueOr(const T& absent) const
     {
         const QVariant stored = QSettings().value(QLatin1String(key));
-        if constexpr (std::is_same_v<T, int> || std::is_same_v<T, double> || std::is_same_v<T, bool>) {
+        if constexpr (std::is_same_v<T, double> || std::is_same_v<T, bool>) {
             // As text, in which the store keeps numbers: a variant would round and wrap what does not fit.
             return settings::parsed<T>(stored.toString().trimmed()).value_or(absent);
         } else {

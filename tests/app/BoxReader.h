@@ -15,17 +15,19 @@ public:
         QMessageBox::Icon icon;
         QString title;
         QString text;
+        bool isPlain; ///< no tags are looked for in the text
     };
 
     BoxReader() { startTimer(5); }
 
     const std::vector<TBox>& boxes() const { return m_boxes; }
-    /// "title: text" of each, for comparisons.
+    /// "kind, title: text" of each, for comparisons; a text that may be taken for another is marked.
     QStringList texts() const
     {
         QStringList all;
         for (const TBox& box : m_boxes)
-            all << box.title + QLatin1String(": ") + box.text;
+            all << kindOf(box.icon) + QLatin1String(", ") + box.title + QLatin1String(": ") +
+                       QLatin1String(box.isPlain ? "" : "(not plain) ") + box.text;
         return all;
     }
 
@@ -35,10 +37,24 @@ protected:
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         if (!box || !box->isVisible())
             return;
-        m_boxes.push_back({box->icon(), box->windowTitle(), box->text()});
+        m_boxes.push_back({box->icon(), box->windowTitle(), box->text(), box->textFormat() == Qt::PlainText});
         box->accept();
     }
 
 private:
+    static QString kindOf(QMessageBox::Icon icon)
+    {
+        switch (icon) {
+        case QMessageBox::Information:
+            return QStringLiteral("information");
+        case QMessageBox::Warning:
+            return QStringLiteral("warning");
+        case QMessageBox::Critical:
+            return QStringLiteral("critical");
+        default:
+            return QStringLiteral("other");
+        }
+    }
+
     std::vector<TBox> m_boxes;
 };

@@ -1,118 +1,28 @@
-#include "app/Desktop.h"
-
-#include "app/BoxReader.h"
-#include "app/LauncherUser.h"
+#include "app/DesktopRun.h"
 #include "platform/SingleInstance.h"
 #include "study/Study.h"
+#include "study/StudyFiles.h"
 #include "study/TEcgFile.h"
 
 #include <QLabel>
 #include <QProcess>
 
-#include <functional>
-#include <iostream>
-#include <optional>
-
 namespace {
 
 constexpr char recordWord[] = "record";
 
-MainWindow* launcher()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* window = qobject_cast<MainWindow*>(widget))
-            return window;
-    }
-    return nullptr;
-}
-
-/// One run of the program in this process, watched from its event loop on. Whatever is not told to happen
-/// ends with the closing of the launcher.
-class DesktopRun : private QObject
-{
-public:
-    using TAction = std::function<void(MainWindow&)>;
-
-    explicit DesktopRun(TAction whenReady = {}) : m_whenReady(std::move(whenReady))
-    {
-        // Events wait for the application.
-        QMetaObject::invokeMethod(
-            this, [this] { begin(); }, Qt::QueuedConnection);
-        QByteArray name("velantor-ecg");
-        std::array<char*, 2> arguments{name.data(), nullptr};
-        code = runDesktop(1, arguments.data());
-        m_timer.stop();
-        boxes = m_reader->texts();
-        m_reader.reset();
-    }
-
-    int code = -1;
-    QStringList boxes;
-    bool wasShown = false; ///< the launcher
-    bool wasShownBeforeStore = false;
-    bool wasEnabledBeforeStore = false;
-    bool hadWaitCursor = false; ///< while a message box was shown
-    bool hadLauncher = false;   ///< the same
-
-private:
-    void begin()
-    {
-        m_reader.emplace();
-        connect(&m_timer, &QTimer::timeout, this, [this] { look(); });
-        m_timer.start(1);
-        look();
-    }
-
-    void look()
-    {
-        MainWindow* window = launcher();
-        if (window && window->isVisible())
-            lookAt(*window);
-        if (qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            hadWaitCursor = hadWaitCursor || QApplication::overrideCursor();
-            hadLauncher = hadLauncher || window;
-        }
-    }
-
-    void lookAt(MainWindow& window)
-    {
-        wasShown = true;
-        wasShownBeforeStore = wasShownBeforeStore || !studyDatabase();
-        wasEnabledBeforeStore = wasEnabledBeforeStore || (!studyDatabase() && window.isEnabled());
-        if (!window.isEnabled() || std::exchange(m_isReady, true))
-            return;
-        if (m_whenReady)
-            m_whenReady(window);
-        else
-            window.close();
-    }
-
-    TAction m_whenReady;
-    QTimer m_timer;
-    std::optional<BoxReader> m_reader;
-    bool m_isReady = false;
-};
-
-/// Throws `thrown` out of an event handler of the window.
-template <typename Thrown> void throwLater(MainWindow& window, Thrown thrown)
-{
-    QMetaObject::invokeMethod(
-        &window, [thrown] { throw thrown; }, Qt::QueuedConnection);
-}
-
-/// Begins a recording, tells of it, and goes on until the process is killed.
+/// Begins a recording and goes on until the process is killed.
 int recordUntilKilled()
 {
-    DesktopRun([](MainWindow& window) {
+    const DesktopRun run([](MainWindow& window) {
         window.findChild<QAbstractButton*>(QStringLiteral("btnNewStudyEcg"))->click();
         auto* section = window.findChild<QWidget*>(QStringLiteral("frameEcg"));
         section->findChild<QLineEdit*>(QStringLiteral("txtLastName"))->setText(QStringLiteral("Diaz"));
         section->findChild<QLineEdit*>(QStringLiteral("txtFirstName"))->setText(QStringLiteral("Ana"));
         window.findChild<QAbstractButton*>(QStringLiteral("btnStartEcg"))->click();
         openMonitor()->findChild<QAbstractButton*>(QStringLiteral("btnStart"))->click();
-        QTimer::singleShot(3000, &window, [] { std::cout << "recording" << std::endl; });
     });
-    return 0;
+    return run.code;
 }
 
 } // namespace
@@ -123,15 +33,7 @@ class DesktopTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QSettings().clear();
-        TestHome::closeStore();
-        QFile::remove(m_home.path("data"));
-        QDir(m_home.path("data")).removeRecursively();
-        QVERIFY(QDir().mkpath(m_home.path("data")));
-    }
-
+    void init() { m_home.prepare(); }
     void cleanup() { TestHome::closeStore(); }
 
     void itRunsUntilTheLauncherIsClosed()
@@ -156,19 +58,61 @@ private Q_SLOTS:
         QVERIFY(!run.wasEnabledBeforeStore);
     }
 
-    void itSpeaksEnglishWithoutTranslations()
+    void aLauncherThatIsClosedAtOnceEndsTheProgram()
+    {
+        TDesktopUser user;
+        user.whenShown = [](MainWindow& window) { window.close(); };
+        const DesktopRun run(user);
+        QCOMPARE(run.code, 0);
+        QCOMPARE(run.boxes, QStringList());
+        QVERIFY(run.wasShown);
+        QVERIFY(TSingleInstance().isFirst());
+    }
+
+    void argumentsAreNotInterpreted()
+    {
+        TDesktopUser user;
+        user.arguments = {"--help", "-v", "study.vtstudy", "record", "/?"};
+        QStringList arguments;
+        user.whenReady = [&](MainWindow& window) {
+            arguments = QCoreApplication::arguments();
+            window.close();
+        };
+        const DesktopRun run(user);
+        QCOMPARE(run.code, 0);
+        QCOMPARE(run.boxes, QStringList());
+        QVERIFY(run.wasShown);
+        QCOMPARE(arguments.size(), 6);
+    }
+
+    void itScalesWithTheScreen()
+    {
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
+        const DesktopRun run;
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+    }
+
+    void itWearsItsStyleAndSpeaksEnglishWithoutTranslations()
     {
         QString text;
         QString font;
+        QString title;
+        QString style;
         const DesktopRun run([&](MainWindow& window) {
             text = window.findChild<QAbstractButton*>(QStringLiteral("btnClose"))->text();
             font = window.findChild<QLabel*>(QStringLiteral("lblVersion"))->font().family();
-            QCOMPARE(window.windowTitle(), QStringLiteral("Velantor ECG"));
-            QVERIFY(!qApp->styleSheet().isEmpty());
+            title = window.windowTitle();
+            style = qApp->styleSheet();
             window.close();
         });
         QCOMPARE(text.remove(QLatin1Char('&')), QStringLiteral("Close"));
         QCOMPARE(font, QStringLiteral("Liberation Sans"));
+        QCOMPARE(title, QStringLiteral("Velantor ECG"));
+        QFile file(QStringLiteral(":/styles/dark.css"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(style, QString::fromUtf8(file.readAll()));
     }
 
     void aSecondInstanceTellsSoAndEnds()
@@ -178,77 +122,14 @@ private Q_SLOTS:
         for (int i = 0; i < 2; ++i) {
             const DesktopRun run;
             QCOMPARE(run.code, 0);
-            QCOMPARE(run.boxes, QStringList(QStringLiteral("Information: Velantor ECG is already running")));
+            QCOMPARE(run.boxes, QStringList(QStringLiteral(
+                                    "information, Information: Velantor ECG is already running")));
             QVERIFY(!run.wasShown);
             QVERIFY(!run.hadLauncher);
             QVERIFY(!studyDatabase());
             // The first one is undisturbed.
             QVERIFY(!TSingleInstance().isFirst());
         }
-    }
-
-    void aStoreThatCannotBeMadeEndsTheProgram()
-    {
-        QDir(m_home.path("data")).removeRecursively();
-        QFile file(m_home.path("data"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QString text;
-        try {
-            QCoreApplication* const none = QCoreApplication::instance();
-            QVERIFY(!none);
-            int count = 0;
-            const QCoreApplication application(count, nullptr);
-            const LocalStudyDatabase store(m_home.dataFolder());
-        } catch (const std::exception& error) {
-            text = QString::fromUtf8(error.what());
-        }
-        QVERIFY(!text.isEmpty());
-        const DesktopRun run;
-        QCOMPARE(run.boxes, QStringList(QStringLiteral("Error: ") + text));
-        QCOMPARE(run.code, 0);
-        QVERIFY(run.wasShown);
-        QVERIFY(!run.hadLauncher);
-        QVERIFY(!run.hadWaitCursor);
-        QVERIFY(!studyDatabase());
-        QVERIFY(TSingleInstance().isFirst());
-    }
-
-    void whatAnEventHandlerThrowsIsToldAndEndsTheProgram()
-    {
-        const DesktopRun run([](MainWindow& window) {
-            throwLater(window, std::runtime_error("It went wrong: d\xc3\xa9j\xc3\xa0 vu"));
-        });
-        QCOMPARE(run.boxes, QStringList(QStringLiteral("Error: It went wrong: d\u00e9j\u00e0 vu")));
-        QVERIFY(!run.hadLauncher);
-        QCOMPARE(run.code, 0);
-    }
-
-    void whatIsNoExceptionIsToldAsUnspecified()
-    {
-        const DesktopRun run([](MainWindow& window) { throwLater(window, 42); });
-        QCOMPARE(run.boxes, QStringList(QStringLiteral("Error: Unspecified application error")));
-        QCOMPARE(run.code, 0);
-    }
-
-    void theFirstOfSeveralExceptionsIsTold()
-    {
-        const DesktopRun run([](MainWindow& window) {
-            throwLater(window, std::runtime_error("first"));
-            throwLater(window, std::runtime_error("second"));
-        });
-        QCOMPARE(run.boxes, QStringList(QStringLiteral("Error: first")));
-    }
-
-    void anExceptionLeavesADialogToo()
-    {
-        bool hasReturned = false;
-        const DesktopRun run([&](MainWindow& window) {
-            throwLater(window, std::runtime_error("within a dialog"));
-            QDialog(&window).exec();
-            hasReturned = true;
-        });
-        QVERIFY(hasReturned);
-        QCOMPARE(run.boxes, QStringList(QStringLiteral("Error: within a dialog")));
     }
 
     void aKilledRecordingIsThereAtTheNextStart()
@@ -262,11 +143,13 @@ private Q_SLOTS:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("VELANTOR_SETTINGS"), m_home.path("settings"));
         process.setProcessEnvironment(environment);
-        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
         process.setWorkingDirectory(QFileInfo(m_home.path("ecg500.dat")).path());
         process.start(m_program, {QLatin1String(recordWord)});
-        QVERIFY(process.waitForReadyRead(60000));
-        QCOMPARE(process.readLine().trimmed(), QByteArray("recording"));
+        QVERIFY(process.waitForStarted());
+        constexpr int patienceMs = 60000;
+        QTRY_VERIFY_WITH_TIMEOUT(samplesOnDisk() >= 1000, patienceMs);
+        QCOMPARE(process.state(), QProcess::Running);
         process.kill();
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
@@ -282,7 +165,6 @@ private Q_SLOTS:
         QCOMPARE(run.boxes, QStringList());
         QCOMPARE(studies.size(), size_t(1));
         QCOMPARE(studies[0].lastName, QByteArray("Diaz"));
-        // Of three seconds, less the last one.
         QVERIFY2(samples >= 1000, QByteArray::number(samples).constData());
     }
 
@@ -290,7 +172,16 @@ public:
     explicit DesktopTest(const QString& program) : m_program(program) {}
 
 private:
-    TestHome m_home;
+    /// Of the one study.
+    qint64 samplesOnDisk() const
+    {
+        constexpr int bytesPerSample = 14 * 2;
+        const QDir folder(m_home.dataFolder(), QStringLiteral("*.vtecg"));
+        const QFileInfoList files = folder.entryInfoList();
+        return files.isEmpty() ? 0 : (files.first().size() - ecgHeaderSize) / bytesPerSample;
+    }
+
+    DesktopHome m_home;
     const QString m_program;
 };
 

@@ -1,20 +1,8 @@
 #include "app/BoxReader.h"
-#include "app/LauncherUser.h"
+#include "app/EcgUser.h"
 #include "app/RecentStudies.h"
-#include "base/Error.h"
-#include "study/Study.h"
-#include "study/TBeatFile.h"
-#include "study/TEcgFile.h"
 
 namespace {
-
-/// A store whose disk is full when a study is saved.
-class FullStore : public LocalStudyDatabase
-{
-public:
-    using LocalStudyDatabase::LocalStudyDatabase;
-    void saveStudy(Study*) override { throw TError("No space left on device"); }
-};
 
 /// Tells whether a widget was enabled for a moment.
 class EnabledWatch : public QObject
@@ -32,26 +20,6 @@ protected:
     }
 };
 
-/// Fails when a monitor comes to the screen.
-class FailingScreen : public QObject
-{
-public:
-    FailingScreen() { qApp->installEventFilter(this); }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Show && qobject_cast<EcgMonitorWindow*>(watched))
-            throw TError("No screen");
-        return false;
-    }
-};
-
-QAbstractButton* button(EcgMonitorWindow* monitor, const char* name)
-{
-    return monitor->findChild<QAbstractButton*>(QLatin1String(name));
-}
-
 } // namespace
 
 /// A resting ECG of the demonstration device, from the quick fields to the stored study.
@@ -61,28 +29,20 @@ class EcgExaminationTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() { wearTheStyle(); }
-
-    void init()
-    {
-        QSettings().clear();
-        TestHome::closeStore();
-        QDir(m_home.dataFolder()).removeRecursively();
-        QVERIFY(m_home.useDemo());
-    }
-
+    void init() { m_home.prepare(); }
     void cleanup() { QVERIFY(!openMonitor()); }
 
     void aRecordingThatIsSavedIsInTheStoreAndInTheRecentList()
     {
         BoxReader reader;
-        LauncherUser user;
-        start(user);
+        EcgUser user;
+        user.start();
         QVERIFY(!user.window.isEnabled());
-        record(1500);
-        stop();
+        user.record(500);
+        clickMonitor("btnStop");
         QVERIFY(RecentStudies::shown().empty());
-        QTest::mouseClick(button(openMonitor(), "btnSave"), Qt::LeftButton);
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
+        clickMonitor("btnSave");
+        QVERIFY(user.waitForReturn());
         QVERIFY(!openMonitor());
 
         const std::vector<StudyInfo> studies = studyDatabase()->listStudies();
@@ -103,19 +63,16 @@ private Q_SLOTS:
         QCOMPARE(recent[0].patient, QStringLiteral("Diaz, Ana"));
         QCOMPARE(recent[0].time.toString(QStringLiteral("yyyyMMddHHmmss")).toUtf8(),
                  studies[0].studyDateTime);
-        QVERIFY(reader.boxes().empty());
+        QCOMPARE(reader.texts(), QStringList());
     }
 
     void afterAStudyTheFieldsAreEmpty()
     {
-        LauncherUser user;
-        start(user);
+        EcgUser user;
+        user.start();
         openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
-        for (const char* field : {"txtLastName", "txtFirstName", "txtAge", "txtPatientId", "txtPersonId"})
-            QCOMPARE(user.text(field), QString());
-        for (const char* sex : {"btnMale", "btnFemale"})
-            QVERIFY(!user.find<QAbstractButton>(sex, "frameEcg")->isChecked());
+        QVERIFY(user.waitForReturn());
+        QCOMPARE(user.fields(), EcgUser::empty());
         QVERIFY(!user.find("btnStartEcg")->isEnabled());
         QCOMPARE(user.window.focusWidget(), user.find("txtLastName", "frameEcg"));
         // The group is exclusive again.
@@ -126,11 +83,11 @@ private Q_SLOTS:
 
     void aMonitorThatIsClosedWhileRecordingKeepsTheStudy()
     {
-        LauncherUser user;
-        start(user);
-        record(1200);
+        EcgUser user;
+        user.start();
+        user.record(300);
         openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
+        QVERIFY(user.waitForReturn());
         QCOMPARE(RecentStudies::shown().size(), size_t(1));
         const std::vector<StudyInfo> studies = studyDatabase()->listStudies();
         QCOMPARE(studies.size(), size_t(1));
@@ -141,14 +98,14 @@ private Q_SLOTS:
 
     void theLauncherStaysOpenWhileAMonitorIsThere()
     {
-        LauncherUser user;
+        EcgUser user;
         const QSignalSpy closed(&user.window, &MainWindow::closed);
-        start(user);
+        user.start();
         user.window.close();
         QVERIFY(user.window.isVisible());
         QCOMPARE(closed.count(), 0);
         openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
+        QVERIFY(user.waitForReturn());
         user.window.close();
         QVERIFY(!user.window.isVisible());
         QCOMPARE(closed.count(), 1);
@@ -157,14 +114,14 @@ private Q_SLOTS:
     void aRepeatedRecordingLeavesNothingOfTheFirst()
     {
         BoxReader reader;
-        LauncherUser user;
-        start(user);
+        EcgUser user;
+        user.start();
         EnabledWatch watch(user.window);
         const StudyInfo first = studyDatabase()->listStudies().at(0);
-        record(600);
-        stop();
+        user.record(200);
+        clickMonitor("btnStop");
         QPointer<EcgMonitorWindow> before = openMonitor();
-        QTest::mouseClick(button(before, "btnRepeat"), Qt::LeftButton);
+        clickMonitor("btnRepeat");
         QVERIFY(QTest::qWaitFor([&] { return !before && openMonitor(); }));
         QVERIFY(!watch.wasEnabled);
         QVERIFY(RecentStudies::shown().empty());
@@ -173,127 +130,24 @@ private Q_SLOTS:
         QVERIFY(studies[0].id != first.id);
         QCOMPARE(studies[0].studyDateTime, first.studyDateTime);
         QCOMPARE(studies[0].lastName, first.lastName);
-        QCOMPARE(studyFiles().size(), 3);
+        QCOMPARE(m_home.studyFiles().size(), 3);
 
         // And the next one is kept.
-        record(600);
-        stop();
-        QTest::mouseClick(button(openMonitor(), "btnSave"), Qt::LeftButton);
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
+        user.record(200);
+        clickMonitor("btnStop");
+        clickMonitor("btnSave");
+        QVERIFY(user.waitForReturn());
+        QCOMPARE(user.fields(), EcgUser::empty());
         QCOMPARE(RecentStudies::shown().at(0).id, QString::number(studies[0].id));
         QVERIFY(studyDatabase()->openStudy(studies[0].id));
-        QVERIFY(reader.boxes().empty());
-    }
-
-    void aRepetitionWithoutADeviceReturnsToTheLauncher()
-    {
-        BoxReader reader;
-        LauncherUser user;
-        start(user);
-        record(300);
-        stop();
-        QVERIFY(QFile::remove(m_home.path("ecg500.dat")));
-        QTest::mouseClick(button(openMonitor(), "btnRepeat"), Qt::LeftButton);
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled() && !reader.boxes().empty(); }));
-        QCOMPARE(reader.texts(), QStringList(QStringLiteral("Error: Cannot open file")));
-        QVERIFY(studyDatabase()->listStudies().empty());
-        QCOMPARE(studyFiles(), QStringList());
-        QVERIFY(RecentStudies::shown().empty());
-    }
-
-    void aStartThatFailsLeavesNoStudy()
-    {
-        BoxReader reader;
-        LauncherUser user;
-        user.openEcg();
-        user.type("txtLastName", "Diaz");
-        user.type("txtFirstName", "Ana");
-        {
-            const FailingScreen screen;
-            user.click("btnStartEcg");
-        }
-        QCOMPARE(reader.texts(), QStringList(QStringLiteral("Error: No screen")));
-        QVERIFY(user.window.isEnabled());
-        QVERIFY(studyDatabase()->listStudies().empty());
-        QCOMPARE(studyFiles(), QStringList());
-        QCOMPARE(user.text("txtLastName"), QStringLiteral("Diaz"));
-        // And the next one starts.
-        user.click("btnStartEcg");
-        QVERIFY(openMonitor());
-        openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
-    }
-
-    void aStudyIsExportedIfTheSettingsSaySo_data()
-    {
-        QTest::addColumn<bool>("isOn");
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("box");
-        const QString good = m_home.path("export");
-        const QString bad = m_home.path("no/such/folder");
-        QTest::newRow("folder") << true << good
-                                << QStringLiteral(
-                                       "Information: Study file was succesfully exported to folder: ") +
-                                       good;
-        QTest::newRow("no such folder")
-            << true << bad
-            << QStringLiteral("Warning: Study file could not be exported to folder: %1\nPlease check shared "
-                              "folder access with your network administrator.")
-                   .arg(bad);
-        QTest::newRow("empty folder") << true << QString() << QString();
-        QTest::newRow("off") << false << good << QString();
-    }
-
-    void aStudyIsExportedIfTheSettingsSaySo()
-    {
-        QFETCH(bool, isOn);
-        QFETCH(QString, folder);
-        QFETCH(QString, box);
-        QDir exported(m_home.path("export"));
-        exported.removeRecursively();
-        QVERIFY(QDir().mkpath(exported.path()));
-        settings::autoExportStudies.setValue(isOn);
-        settings::exportEcgStudyFolder.setValue(folder);
-        settings::exportStressStudyFolder.setValue(m_home.path("export"));
-        BoxReader reader;
-        LauncherUser user;
-        start(user);
-        openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
-        QCoreApplication::processEvents();
-        QCOMPARE(reader.texts().join(QLatin1Char(' ')), box);
-        const bool isGood = isOn && folder == exported.path();
-        QCOMPARE(exported.entryList({QStringLiteral("*.vtz")}, QDir::Files).size(), isGood ? 1 : 0);
-        QVERIFY(user.window.isEnabled());
-        QVERIFY(!QApplication::overrideCursor());
-        QCOMPARE(RecentStudies::shown().size(), size_t(1));
-    }
-
-    void aFullDiskIsToldAndTheStudyIsClosed()
-    {
-        setStudyDatabase(new FullStore(m_home.dataFolder()));
-        BoxReader reader;
-        LauncherUser user;
-        start(user);
-        record(600);
-        const qint32 id = studyDatabase()->listStudies().at(0).id;
-        openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled() && !reader.boxes().empty(); }));
-        // The monitor may have told of it before; what could not be filed is told once.
-        QCOMPARE(reader.texts().last(), QStringLiteral("Error: No space left on device"));
-        QCOMPARE(reader.texts().filter(QStringLiteral("Error:")).size(), 1);
-        QVERIFY(!studyDatabase()->isStudyOpen(id));
-        QCOMPARE(RecentStudies::shown().at(0).id, QString::number(id));
-        // What was recorded is there all the same.
-        Study* study = studyDatabase()->openStudy(id);
-        QVERIFY(study && study->ecg()->sampleCount() > 0);
+        QCOMPARE(reader.texts(), QStringList());
     }
 
     void aLauncherThatGoesKeepsTheStudyOfItsMonitor()
     {
-        auto user = std::make_unique<LauncherUser>();
-        start(*user);
-        record(600);
+        auto user = std::make_unique<EcgUser>();
+        user->start();
+        user->record(200);
         const qint32 id = studyDatabase()->listStudies().at(0).id;
         user.reset();
         QVERIFY(!openMonitor());
@@ -302,37 +156,62 @@ private Q_SLOTS:
         QVERIFY(studyDatabase()->openStudy(id));
     }
 
+    void aLauncherThatGoesDropsAStudyThatIsToBeRepeated_data()
+    {
+        QTest::addColumn<bool>("isMonitorGone");
+        QTest::newRow("the monitor is closed") << false;
+        QTest::newRow("the monitor has told of its end") << true;
+    }
+
+    void aLauncherThatGoesDropsAStudyThatIsToBeRepeated()
+    {
+        QFETCH(bool, isMonitorGone);
+        auto user = std::make_unique<EcgUser>();
+        user->start();
+        user->record(200);
+        clickMonitor("btnStop");
+        QPointer<EcgMonitorWindow> monitor = openMonitor();
+        clickMonitor("btnRepeat");
+        QVERIFY(monitor && !monitor->isVisible());
+        if (isMonitorGone)
+            QCoreApplication::sendPostedEvents(monitor, QEvent::DeferredDelete);
+        QCOMPARE(monitor.isNull(), isMonitorGone);
+        user.reset();
+        QVERIFY(!monitor);
+        QVERIFY(RecentStudies::shown().empty());
+        QVERIFY(studyDatabase()->listStudies().empty());
+        QCOMPARE(m_home.studyFiles(), QStringList());
+    }
+
     void twoStudiesOfAPatientAtTheSameTimeBothStart()
     {
-        LauncherUser user;
-        for (int i = 0; i < 3; ++i) {
-            start(user);
+        const EcgUser user;
+        EcgExamination examination;
+        const StudyInfo info =
+            quickEcgInfo({QStringLiteral("Diaz"), QStringLiteral("Ana"), {}, {}, {}, {}, {}},
+                         QDateTime(QDate(2024, 3, 5), QTime(7, 8, 9)));
+        for (const char* time : {"20240305070809", "20240305070810"}) {
+            QVERIFY(examination.start(info));
             openMonitor()->close();
-            QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
+            QVERIFY(QTest::qWaitFor([&] { return !examination.isRunning(); }));
+            QVERIFY(times().contains(time));
         }
-        QCOMPARE(studyDatabase()->listStudies().size(), size_t(3));
-        QCOMPARE(studyFiles().size(), 9);
+        QCOMPARE(times().size(), 2);
+        QCOMPARE(m_home.studyFiles().size(), 6);
     }
 
     void theLongFormStartsAnEcgAsWell()
     {
-        LauncherUser user;
-        user.openEcg();
-        user.type("txtLastName", "Diaz");
-        user.type("txtFirstName", "Ana");
-        user.type("txtPatientId", "H-7");
-        QTimer::singleShot(0, this, [] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            dialog->accept();
-        });
+        EcgUser user;
+        user.fillIn();
+        whenDialogOpens(this, [](QDialog& dialog) { dialog.accept(); });
         user.click("btnMoreEcg");
         QVERIFY(openMonitor());
         QVERIFY(!user.window.isEnabled());
-        QCOMPARE(user.text("txtLastName"), QString());
+        QCOMPARE(user.fields(), EcgUser::empty());
         const qint32 id = studyDatabase()->listStudies().at(0).id;
         openMonitor()->close();
-        QVERIFY(QTest::qWaitFor([&] { return user.window.isEnabled(); }));
+        QVERIFY(user.waitForReturn());
         Study* study = studyDatabase()->openStudy(id);
         QVERIFY(study);
         QCOMPARE(study->value("patient/lastName"), QByteArray("Diaz"));
@@ -341,52 +220,26 @@ private Q_SLOTS:
 
     void aLongFormThatIsCancelledChangesNothing()
     {
-        LauncherUser user;
-        user.openEcg();
-        user.type("txtLastName", "Diaz");
-        QTimer::singleShot(0, this, [] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            dialog->reject();
-        });
+        EcgUser user;
+        user.fillIn();
+        whenDialogOpens(this, [](QDialog& dialog) { dialog.reject(); });
         user.click("btnMoreEcg");
         QVERIFY(!openMonitor());
         QVERIFY(user.window.isEnabled());
-        QCOMPARE(user.text("txtLastName"), QStringLiteral("Diaz"));
+        QCOMPARE(user.fields(), EcgUser::filledIn());
         QVERIFY(studyDatabase()->listStudies().empty());
     }
 
 private:
-    static void start(LauncherUser& user)
+    static QList<QByteArray> times()
     {
-        if (user.find("frameEcg")->isHidden())
-            user.openEcg();
-        user.type("txtLastName", "Diaz");
-        user.type("txtFirstName", "Ana");
-        user.type("txtAge", "50");
-        user.type("txtPersonId", "30111");
-        user.click("btnFemale", "frameEcg");
-        user.click("btnStartEcg");
-        QVERIFY(openMonitor());
-        QVERIFY(QTest::qWaitFor([] { return openMonitor()->isFullScreen(); }));
+        QList<QByteArray> all;
+        for (const StudyInfo& info : studyDatabase()->listStudies())
+            all << info.studyDateTime;
+        return all;
     }
 
-    static void record(int ms)
-    {
-        EcgMonitorWindow* monitor = openMonitor();
-        QTest::mouseClick(button(monitor, "btnStart"), Qt::LeftButton);
-        QVERIFY(QTest::qWaitFor([&] { return button(monitor, "btnStop")->isEnabled(); }));
-        QTest::qWait(ms);
-    }
-
-    static void stop() { QTest::mouseClick(button(openMonitor(), "btnStop"), Qt::LeftButton); }
-
-    QStringList studyFiles() const
-    {
-        return QDir(m_home.dataFolder()).entryList({QStringLiteral("*.vt*")}, QDir::Files);
-    }
-
-    TestHome m_home;
+    EcgHome m_home;
 };
 
 QTEST_MAIN(EcgExaminationTest)

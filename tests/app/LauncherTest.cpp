@@ -1,10 +1,8 @@
 #include "acq/DeviceDiscovery.h"
-#include "app/BoxReader.h"
 #include "app/LauncherUser.h"
 #include "app/RecentStudies.h"
 #include "support/AccessibleControls.h"
 
-#include <QComboBox>
 #include <QLabel>
 #include <QTreeWidget>
 
@@ -12,14 +10,6 @@ namespace {
 
 const char* const sections[] = {"frameStress", "frameEcg", "frameOpen"};
 const char* const sectionButtons[] = {"btnNewStudyStress", "btnNewStudyEcg", "btnOpenStudy"};
-
-QStringList itemsOf(const QComboBox* combo)
-{
-    QStringList items;
-    for (int i = 0; i < combo->count(); ++i)
-        items << combo->itemText(i);
-    return items;
-}
 
 } // namespace
 
@@ -53,6 +43,18 @@ private Q_SLOTS:
         QVERIFY(studyDatabase());
         QCOMPARE(studyDatabase()->folder(), m_home.dataFolder());
         QVERIFY(!QApplication::overrideCursor());
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void aLauncherThatIsClosedAtOnceOpensNoStore()
+    {
+        MainWindow window;
+        const QSignalSpy closed(&window, &MainWindow::closed);
+        window.show();
+        QVERIFY(window.close());
+        QCOMPARE(closed.count(), 1);
+        QTest::qWait(50);
+        QVERIFY(!studyDatabase());
         QVERIFY(!QApplication::activeModalWidget());
     }
 
@@ -148,22 +150,6 @@ private Q_SLOTS:
                 QStringLiteral("%1/launcher-%2.png").arg(folder, QLatin1String(QTest::currentDataTag()))));
     }
 
-    void aStartNeedsItsFields()
-    {
-        LauncherUser user;
-        user.openEcg();
-        auto* start = user.find("btnStartEcg");
-        QVERIFY(!start->isEnabled());
-        user.type("txtLastName", "Diaz");
-        QVERIFY(!start->isEnabled());
-        user.type("txtFirstName", "  ");
-        QVERIFY(!start->isEnabled());
-        user.type("txtFirstName", "Ana");
-        QVERIFY(start->isEnabled());
-        user.type("txtLastName", "");
-        QVERIFY(!start->isEnabled());
-    }
-
     void whatHasNoWindowYetIsDisabled()
     {
         fillRecentList();
@@ -177,63 +163,6 @@ private Q_SLOTS:
             QVERIFY2(!user.find(name)->isEnabled(), name);
         for (const char* name : {"btnWorklistStress", "btnWorklistEcg"})
             QVERIFY2(user.find(name)->isHidden(), name);
-    }
-
-    void maleAndFemaleExcludeEachOther()
-    {
-        LauncherUser user;
-        user.openEcg();
-        user.click("btnMale", "frameEcg");
-        user.click("btnFemale", "frameEcg");
-        QVERIFY(!user.find<QAbstractButton>("btnMale", "frameEcg")->isChecked());
-        QVERIFY(user.find<QAbstractButton>("btnFemale", "frameEcg")->isChecked());
-        QVERIFY(!user.find<QAbstractButton>("btnFemale", "frameStress")->isChecked());
-    }
-
-    void aBirthDateOfThePatientGoesWithTheAgeThatIsTyped()
-    {
-        QuickFields fields;
-        auto* age = fields.findChild<QLineEdit*>(QStringLiteral("txtAge"));
-        age->setText(QStringLiteral("50"));
-        age->setProperty("birthDate", QStringLiteral("19740102"));
-        QCOMPARE(fields.patient().birthDate, QByteArray("19740102"));
-        QTest::keyClicks(age, QStringLiteral("1"));
-        QCOMPARE(fields.patient().birthDate, QByteArray());
-        age->setProperty("birthDate", QStringLiteral("19740102"));
-        fields.clear();
-        QCOMPARE(fields.patient().birthDate, QByteArray());
-    }
-
-    void theProtocolsEndWithTheTiltTest()
-    {
-        LauncherUser user;
-        QStringList expected;
-        for (const QByteArray& name : studyDatabase()->protocolNames())
-            expected << QString::fromUtf8(name);
-        QVERIFY(expected.size() > 1);
-        expected << QStringLiteral("Tilt test");
-        QCOMPARE(itemsOf(user.find<QComboBox>("cboProtocol")), expected);
-        QCOMPARE(user.find<QComboBox>("cboProtocol")->currentIndex(), 0);
-    }
-
-    void theLastProtocolIsChosen_data()
-    {
-        QTest::addColumn<QString>("last");
-        QTest::addColumn<QString>("chosen");
-        QTest::newRow("of the table") << QStringLiteral("Bruce") << QStringLiteral("Bruce");
-        QTest::newRow("tilt test") << QStringLiteral("Tilt test") << QStringLiteral("Tilt test");
-        QTest::newRow("gone") << QStringLiteral("No such") << QString();
-        QTest::newRow("none") << QString() << QString();
-    }
-
-    void theLastProtocolIsChosen()
-    {
-        QFETCH(QString, last);
-        QFETCH(QString, chosen);
-        settings::lastProtocol.setValue(last);
-        LauncherUser user;
-        auto* combo = user.find<QComboBox>("cboProtocol");
-        QCOMPARE(combo->currentText(), chosen.isEmpty() ? combo->itemText(0) : chosen);
     }
 
     void theTreeShowsFiveOfTen()
@@ -266,65 +195,6 @@ private Q_SLOTS:
         QCOMPARE(user.find<QTreeWidget>("treeStudies")->topLevelItemCount(), 5);
     }
 
-    void withoutADeviceTheLauncherStaysUsable_data()
-    {
-        QTest::addColumn<int>("way");
-        QTest::newRow("start") << 0;
-        QTest::newRow("section's button once more") << 1;
-        QTest::newRow("Enter") << 2;
-    }
-
-    void withoutADeviceTheLauncherStaysUsable()
-    {
-        QFETCH(int, way);
-        BoxReader reader;
-        LauncherUser user;
-        user.openEcg();
-        user.type("txtLastName", "Diaz");
-        user.type("txtFirstName", "Ana");
-        if (way == 0)
-            user.click("btnStartEcg");
-        else if (way == 1)
-            user.click("btnNewStudyEcg");
-        else
-            QTest::keyClick(user.find("txtAge", "frameEcg"), Qt::Key_Return);
-        QCOMPARE(reader.texts(), QStringList(QStringLiteral("Error: Device not found")));
-        QCOMPARE(reader.boxes()[0].icon, QMessageBox::Critical);
-        QVERIFY(user.window.isEnabled());
-        QVERIFY(!openMonitor());
-        QCOMPARE(user.text("txtLastName"), QStringLiteral("Diaz"));
-        QVERIFY(studyDatabase()->listStudies().empty());
-        QVERIFY(RecentStudies::shown().empty());
-        QVERIFY(user.window.close());
-    }
-
-    void nothingStartsWithoutAName()
-    {
-        BoxReader reader;
-        LauncherUser user;
-        user.openEcg();
-        user.type("txtLastName", "Diaz");
-        QTest::keyClick(user.find("txtLastName", "frameEcg"), Qt::Key_Return);
-        user.click("btnNewStudyEcg");
-        QTest::qWait(50);
-        QVERIFY(reader.boxes().empty());
-        QVERIFY(user.find("frameEcg")->isVisible());
-    }
-
-    void aNameThatMakesNoFileIsAnError()
-    {
-        QVERIFY(m_home.useDemo());
-        BoxReader reader;
-        LauncherUser user;
-        user.openEcg();
-        user.type("txtLastName", "Di/az");
-        user.type("txtFirstName", "Ana");
-        user.click("btnStartEcg");
-        QCOMPARE(reader.texts(), QStringList(QStringLiteral("Error: Cannot create file")));
-        QVERIFY(user.window.isEnabled());
-        QVERIFY(studyDatabase()->listStudies().empty());
-    }
-
     void theCloseButtonClosesIt()
     {
         LauncherUser user;
@@ -332,23 +202,6 @@ private Q_SLOTS:
         user.click("btnClose");
         QVERIFY(!user.window.isVisible());
         QCOMPARE(closed.count(), 1);
-    }
-
-    void tabGoesThroughTheFieldsInTheirOrder()
-    {
-        LauncherUser user;
-        user.openEcg();
-        user.find("txtLastName", "frameEcg")->setFocus();
-        user.type("txtLastName", "Diaz");
-        user.type("txtFirstName", "Ana");
-        QStringList names;
-        for (int i = 0; i < 10; ++i) {
-            names << user.window.focusWidget()->objectName();
-            QTest::keyClick(user.window.focusWidget(), Qt::Key_Tab);
-        }
-        QCOMPARE(names.join(QLatin1Char(' ')),
-                 QStringLiteral("txtLastName txtFirstName txtAge btnMale btnFemale txtPatientId txtPersonId "
-                                "btnMoreEcg btnStartEcg btnOpenStudy"));
     }
 
     void theKeyboardReachesTheSectionsFromTheStart()

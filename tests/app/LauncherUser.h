@@ -11,13 +11,20 @@
 #include <QLineEdit>
 #include <QtTest>
 
+/// For helpers, out of which a failed check would only return.
+inline void require(bool condition, const char* what)
+{
+    if (!condition)
+        qFatal("%s", what);
+}
+
 /// The look that the program gives its windows.
 inline void wearTheStyle()
 {
     initResources();
     QApplication::setStyle(new DarkStyle);
     QFile style(QStringLiteral(":/styles/dark.css"));
-    QVERIFY(style.open(QIODevice::ReadOnly));
+    require(style.open(QIODevice::ReadOnly), "There is no style");
     qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
 }
 
@@ -39,8 +46,7 @@ public:
     LauncherUser()
     {
         window.show();
-        if (!QTest::qWaitFor([this] { return window.isEnabled(); }))
-            qFatal("The launcher did not start");
+        require(QTest::qWaitFor([this] { return window.isEnabled(); }), "The launcher did not start");
     }
 
     template <typename T = QWidget> T* find(const char* name, const char* section = nullptr)
@@ -69,8 +75,10 @@ public:
     void open(const char* button, const char* section)
     {
         click(button);
-        QVERIFY(QTest::qWaitFor(
-            [&] { return find(section)->maximumHeight() == QWIDGETSIZE_MAX && find(section)->isVisible(); }));
+        const auto stands = [&] {
+            return find(section)->maximumHeight() == QWIDGETSIZE_MAX && find(section)->isVisible();
+        };
+        require(QTest::qWaitFor(stands), "The section did not open");
         QCoreApplication::processEvents();
     }
     void openEcg() { open("btnNewStudyEcg", "frameEcg"); }

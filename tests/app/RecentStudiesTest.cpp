@@ -89,6 +89,15 @@ private Q_SLOTS:
         QVERIFY(!RecentStudies::shown()[2].time.isValid());
     }
 
+    void entriesThatArePassedOverTakeNoPlace()
+    {
+        QStringList entries{QString(), QStringLiteral("90||20240305070809||Diaz")};
+        for (int id = 1; id <= 6; ++id)
+            entries << QStringLiteral("%1||20240305070809||Diaz||Ana").arg(id);
+        settings::recentStudyList.setValue(entries);
+        QCOMPARE(shownIds(), words("1 2 3 4 5"));
+    }
+
     void aNameWithTheSeparatorHidesItsOwnEntryAlone()
     {
         RecentStudies::add(study(1));

@@ -4,6 +4,7 @@
 #include "base/Error.h"
 #include "equipment/TKipnetTreadmill.h"
 #include "equipment/TOlmoErgometer.h"
+#include "support/PseudoTerminal.h"
 
 #include <QtTest>
 
@@ -14,6 +15,36 @@ class FullStore : public LocalStudyDatabase
 public:
     FullStore() : LocalStudyDatabase(QString()) {}
     bool hasFreeSpace() const override { return false; }
+};
+
+/// A line under a name of the test's own: when it has gone, the name leads nowhere.
+class TNamedPort
+{
+public:
+    explicit TNamedPort(const QString& name) : m_name(name)
+    {
+        QFile::remove(name);
+        if (!QFile::link(target(), name))
+            qFatal("The port could not be named");
+    }
+    ~TNamedPort() { QFile::remove(m_name); }
+    TNamedPort(const TNamedPort&) = delete;
+    TNamedPort& operator=(const TNamedPort&) = delete;
+
+    const QString& name() const { return m_name; }
+    /// By this process, at its near end.
+    bool isOpen() const
+    {
+        const QFileInfoList open = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::NoFilter);
+        return std::any_of(open.begin(), open.end(),
+                           [this](const QFileInfo& each) { return each.symLinkTarget() == target(); });
+    }
+
+private:
+    QString target() const { return QString::fromStdString(m_line.path()); }
+
+    TPseudoTerminal m_line;
+    const QString m_name;
 };
 
 QString kindOf(const TEquipment* equipment)
@@ -77,18 +108,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("treadmill");
         QTest::addColumn<QString>("ergometer");
         QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("port");
         const auto row = [](TProtocolType type, const char* treadmill, const char* ergometer,
-                            const char* expected) {
+                            const char* expected, const char* port = "") {
             QTest::addRow("%d, %s, %s", int(type), treadmill, ergometer)
                 << int(type) << QString::fromLatin1(treadmill) << QString::fromLatin1(ergometer)
-                << QString::fromLatin1(expected);
+                << QString::fromLatin1(expected) << QString::fromLatin1(port);
         };
-        row(TProtocolType::Treadmill, "kipmachines", "", "kipnet treadmill");
+        row(TProtocolType::Treadmill, "kipmachines", "", "kipnet treadmill", "treadmill");
         row(TProtocolType::Treadmill, "", "kipmachines", "by hand");
         row(TProtocolType::Treadmill, "olmo", "olmo", "by hand");
         row(TProtocolType::Treadmill, "other", "", "by hand");
-        row(TProtocolType::Ergometer, "", "olmo", "olmo ergometer");
-        row(TProtocolType::Ergometer, "", "kipmachines", "kipnet ergometer");
+        row(TProtocolType::Ergometer, "", "olmo", "olmo ergometer", "ergometer");
+        row(TProtocolType::Ergometer, "", "kipmachines", "kipnet ergometer", "ergometer");
         row(TProtocolType::Ergometer, "kipmachines", "", "by hand");
         row(TProtocolType::Ergometer, "kipmachines", "other", "by hand");
         row(TProtocolType::Ecg, "kipmachines", "kipmachines", "by hand");
@@ -103,13 +135,21 @@ private Q_SLOTS:
         QFETCH(QString, ergometer);
         settings::treadmillEquipment.setValue(treadmill);
         settings::ergometerEquipment.setValue(ergometer);
-        const QString nowhere = m_home.path("no-port");
-        settings::treadmillPort.setValue(nowhere);
-        settings::ergometerPort.setValue(nowhere);
+        const TNamedPort treadmillPort(m_home.path("treadmill-port"));
+        const TNamedPort ergometerPort(m_home.path("ergometer-port"));
+        settings::treadmillPort.setValue(treadmillPort.name());
+        settings::ergometerPort.setValue(ergometerPort.name());
         // The treadmill keeps a log in the working folder.
-        QVERIFY(QDir::setCurrent(QFileInfo(nowhere).path()));
+        QVERIFY(QDir::setCurrent(QFileInfo(treadmillPort.name()).path()));
         const TStressProtocol protocol("Test", static_cast<TProtocolType>(type));
-        QTEST(kindOf(createStressEquipment(protocol).get()), "expected");
+        const std::unique_ptr<TEquipment> equipment = createStressEquipment(protocol);
+        QTEST(kindOf(equipment.get()), "expected");
+        const auto opened = [&] {
+            return QString::fromLatin1(treadmillPort.isOpen() ? "treadmill" : "") +
+                   QString::fromLatin1(ergometerPort.isOpen() ? "ergometer" : "");
+        };
+        QVERIFY(QTest::qWaitFor([&] { return !equipment || !opened().isEmpty(); }));
+        QTEST(opened(), "port");
     }
 
     void aTiltTestHasNoEquipment()

@@ -66,33 +66,6 @@ private Q_SLOTS:
         QCOMPARE(settings::signalGain.valueOr(450.0), 450.0);
     }
 
-    void anIntKeyTakesWholeNumbersOnly_data()
-    {
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<int>("expected");
-        const int standard = 7;
-        QTest::newRow("text") << QVariant(QStringLiteral("450")) << 450;
-        QTest::newRow("number") << QVariant(450) << 450;
-        QTest::newRow("negative") << QVariant(QStringLiteral("-3")) << -3;
-        QTest::newRow("blanks around") << QVariant(QStringLiteral(" 12 ")) << 12;
-        QTest::newRow("largest") << QVariant(QStringLiteral("2147483647")) << 2147483647;
-        QTest::newRow("too large") << QVariant(QStringLiteral("2147483648")) << standard;
-        QTest::newRow("too large number") << QVariant(qlonglong(1) << 32) << standard;
-        QTest::newRow("fraction") << QVariant(QStringLiteral("450.5")) << standard;
-        QTest::newRow("fractional number") << QVariant(450.5) << standard;
-        QTest::newRow("word") << QVariant(QStringLiteral("abc")) << standard;
-        QTest::newRow("empty") << QVariant(QString()) << standard;
-        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")}) << standard;
-    }
-
-    void anIntKeyTakesWholeNumbersOnly()
-    {
-        QFETCH(QVariant, stored);
-        const TSetting<int> setting{"Test/Number"};
-        QSettings().setValue(QLatin1String(setting.key), stored);
-        QTEST(setting.valueOr(7), "expected");
-    }
-
     void aBoolKeyTakesItsFourTextsOnly_data()
     {
         QTest::addColumn<QVariant>("stored");
