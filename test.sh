@@ -9,7 +9,7 @@ usage() {
     cat <<'TEXT'
 Usage: ./test.sh [--all]
   (nothing)  install missing Debian packages, build the dev preset, run its tests
-  --all      also: layers, layout and static checks; the Win32 form of the serial port; tests under the address
+  --all      also: layers, layout, static checks of what changed lately; the Win32 form of the serial port; tests under the address
              and the thread sanitizers; fuzzers (FUZZ_SECONDS each, 60); release build with a moment of every
              benchmark; three hours of recording with its memory watched
 TEXT
@@ -85,7 +85,7 @@ stage "tests" test_preset dev
 if ((all)); then
     stage "layers" python3 scripts/check-includes.py
     stage "layout" bash scripts/check-format.sh
-    stage "static checks" bash scripts/check-tidy.sh
+    stage "static checks" bash scripts/check-tidy.sh HEAD~30
     stage "Win32 port" bash scripts/check-win32.sh
     stage "address sanitizer" test_preset asan
     stage "thread sanitizer" test_preset_fixed_layout tsan
