@@ -9,9 +9,9 @@ usage() {
     cat <<'TEXT'
 Usage: ./test.sh [--all]
   (nothing)  install missing Debian packages, build the dev preset, run its tests
-  --all      also: layers, layout, static checks of what changed lately; the Win32 form of the serial port; tests under the address
-             and the thread sanitizers; fuzzers (FUZZ_SECONDS each, 60); release build with a moment of every
-             benchmark; three hours of recording with its memory watched
+  --all      also: layers, layout, static checks of what changed lately; the Win32 form of the serial port; tests
+             under the address and the thread sanitizers; fuzzers (FUZZ_SECONDS each, 60); release build with a
+             moment of every benchmark; three hours of recording with its memory watched
 TEXT
 }
 
