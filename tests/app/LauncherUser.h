@@ -3,8 +3,7 @@
 #include "app/MainWindow.h"
 #include "app/QuickFields.h"
 #include "app/TestHome.h"
-#include "res/DarkStyle.h"
-#include "res/Resources.h"
+#include "support/ProgramStyle.h"
 #include "windows/EcgMonitorWindow.h"
 
 #include <QAbstractButton>
@@ -16,16 +15,6 @@ inline void require(bool condition, const char* what)
 {
     if (!condition)
         qFatal("%s", what);
-}
-
-/// The look that the program gives its windows.
-inline void wearTheStyle()
-{
-    initResources();
-    QApplication::setStyle(new DarkStyle);
-    QFile style(QStringLiteral(":/styles/dark.css"));
-    require(style.open(QIODevice::ReadOnly), "There is no style");
-    qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
 }
 
 /// The monitor that is open, or null.

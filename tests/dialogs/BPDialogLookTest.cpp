@@ -1,7 +1,6 @@
 #include "dialogs/BPDialog.h"
 
-#include "res/DarkStyle.h"
-#include "res/Resources.h"
+#include "support/ProgramStyle.h"
 
 #include <QApplication>
 #include <QFile>
@@ -30,11 +29,7 @@ private:
 
 void BPDialogLookTest::initTestCase()
 {
-    initResources();
-    QFile sheet(QStringLiteral(":/styles/dark.css"));
-    QVERIFY(sheet.open(QIODevice::ReadOnly));
-    QApplication::setStyle(std::make_unique<DarkStyle>().release());
-    qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
+    wearTheStyle();
     QVERIFY(m_spanish.load(QStringLiteral(VELANTOR_BIN "/VelantorStressECG_es.qm")));
     QVERIFY(m_spanishOfQt.load(QStringLiteral(VELANTOR_BIN "/qt_es.qm")));
 }

@@ -1,7 +1,6 @@
 #include "windows/MonitorSession.h"
 
-#include "res/DarkStyle.h"
-#include "res/Resources.h"
+#include "support/ProgramStyle.h"
 
 #include <QFile>
 #include <QTranslator>
@@ -40,11 +39,7 @@ private:
 
 void MonitorLookTest::initTestCase()
 {
-    initResources();
-    QFile sheet(QStringLiteral(":/styles/dark.css"));
-    QVERIFY(sheet.open(QIODevice::ReadOnly));
-    QApplication::setStyle(std::make_unique<DarkStyle>().release());
-    qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
+    wearTheStyle();
     QVERIFY(m_spanish.load(QStringLiteral(VELANTOR_BIN "/VelantorStressECG_es.qm")));
 }
 
