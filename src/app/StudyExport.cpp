@@ -6,22 +6,15 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
-
 namespace {
-
-bool isInStore(qint32 id)
-{
-    const std::vector<StudyInfo> studies = studyDatabase()->listStudies();
-    return std::any_of(studies.begin(), studies.end(), [id](const StudyInfo& each) { return each.id == id; });
-}
 
 bool writeArchive(QWidget* parent, qint32 id, const QString& folder)
 {
     const PleaseWait wait(parent);
     try {
         // The store passes over a study that is gone without a word.
-        if (!isInStore(id))
+        StudyInfo info;
+        if (!studyDatabase()->findStudy(id, info))
             return false;
         studyDatabase()->exportStudy(id, folder);
         return true;

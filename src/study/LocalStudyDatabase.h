@@ -21,6 +21,7 @@ public:
     std::unique_ptr<Study> loadStudy(const QString& path) override;
     void saveStudyFile(Study& study, const QString& path) override;
     std::vector<StudyInfo> listStudies() override;
+    bool findStudy(qint32 id, StudyInfo& info) override;
     Study* createStudy(StudyInfo& info) override;
     Study* openStudy(qint32 id) override;
     void saveStudy(Study* study) override;
@@ -42,9 +43,6 @@ public:
 
     QString folder() const override { return m_folder; }
     bool hasFreeSpace() const override;
-
-    /// Whether the index has the study; fills the listed fields.
-    bool findStudy(qint32 id, StudyInfo& info);
 
     /// Throws the index away and makes it again from the files.
     void rebuildIndex();

@@ -28,6 +28,8 @@ public:
     virtual void saveStudyFile(Study& study, const QString& path) = 0;
     /// The listed fields of every study.
     virtual std::vector<StudyInfo> listStudies() = 0;
+    /// Whether the store has the study; fills the listed fields.
+    virtual bool findStudy(qint32 id, StudyInfo& info) = 0;
     /// A new open study; fills `id` and `baseFilename` of `info`.
     virtual Study* createStudy(StudyInfo& info) = 0;
     /// Null if there is no such study, if it cannot be read, or if it is open already.
